@@ -1,0 +1,19 @@
+// Globally unique identifiers.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace pv::platform {
+
+struct Guid {
+  std::uint32_t data1 = 0;
+  std::uint16_t data2 = 0;
+  std::uint16_t data3 = 0;
+  std::array<std::uint8_t, 8> data4{};
+};
+
+// A new version 4 GUID from the system's random source.
+Guid new_guid();
+
+}  // namespace pv::platform

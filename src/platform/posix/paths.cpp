@@ -1,0 +1,101 @@
+#include "platform/paths.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+
+#include "platform/posix/ascii_case.h"
+#include "platform/posix/directory_names.h"
+#include "platform/posix/path_parts.h"
+
+namespace pv::platform {
+namespace {
+
+bool exists(const std::string& path) {
+  struct stat status;
+  return ::stat(path.c_str(), &status) == 0;
+}
+
+// The name under which `directory` (empty: the current one) holds `name`, or empty. Of several that differ only in case
+// the exact one, else the first in byte order, so that the answer does not depend on the file system.
+std::string stored_name(const std::string& directory, const std::string& name) {
+  if (exists(directory + name)) return name;
+  // The first of all spellings in byte order, and a common one: it spares reading a directory of very many files.
+  std::string upper = name;
+  std::transform(upper.begin(), upper.end(), upper.begin(), ascii_upper);
+  if (exists(directory + upper)) return upper;
+  DirectoryNames names(directory.empty() ? "." : directory);
+  std::string best;
+  while (const char* entry = names.next()) {
+    if (equal_nocase(entry, name) && (best.empty() || entry < best)) best = entry;
+  }
+  return best;
+}
+
+// Works from the end: in practice only the file's own name is spelt differently, and its directory needs one look-up.
+// One level of recursion a component; PATH_MAX limits those.
+std::optional<std::string> look_up(const std::string& path) {
+  if (exists(path)) return path;
+  const std::size_t name_end = path.find_last_not_of('/') + 1;
+  if (name_end == 0) return std::nullopt;  // empty, or separators alone
+  const std::size_t name_begin = path.find_last_of('/', name_end - 1) + 1;
+
+  const auto directory = name_begin == 0 ? std::optional<std::string>("") : look_up(path.substr(0, name_begin));
+  if (!directory) return std::nullopt;
+  const std::string name = stored_name(*directory, path.substr(name_begin, name_end - name_begin));
+  std::string found = *directory + name + path.substr(name_end);
+  if (name.empty() || !exists(found)) return std::nullopt;
+  return found;
+}
+
+std::string in_existing_directory(const std::string& path) {
+  const std::size_t name_begin = path.find_last_of('/') + 1;
+  if (name_begin == 0 || name_begin == path.size()) return path;
+  const auto directory = look_up(path.substr(0, name_begin));
+  return directory ? *directory + path.substr(name_begin) : path;
+}
+
+}  // namespace
+
+extern const char kPathSeparator = '/';
+
+std::string join_path(std::initializer_list<std::string_view> components) {
+  std::string path;
+  const char* separator = "";
+  for (const std::string_view component : components) {
+    path.append(separator).append(component);
+    separator = "/";
+  }
+  return path;
+}
+
+std::string system_form(std::string_view path) {
+  if (path.size() >= PATH_MAX || path.find('\0') != std::string_view::npos) return {};
+  std::string form(path);
+  std::replace(form.begin(), form.end(), '\\', '/');
+  return form;
+}
+
+std::string_view last_component(std::string_view path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
+std::string path_in_existing_directory(std::string_view path) {
+  return in_existing_directory(system_form(path));
+}
+
+std::optional<std::string> existing_path(std::string_view path) {
+  auto found = look_up(system_form(path));
+  if (!found) errno = ENOENT;
+  return found;
+}
+
+std::string creatable_path(std::string_view path) {
+  const std::string form = system_form(path);
+  if (auto found = look_up(form)) return *std::move(found);
+  return in_existing_directory(form);
+}
+
+}  // namespace pv::platform
