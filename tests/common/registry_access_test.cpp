@@ -1,0 +1,116 @@
+#include "common/registry_access.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "common/agent_settings.h"
+#include "platform/output_capture.h"
+#include "support/server_tree.h"
+
+namespace pv {
+namespace {
+
+struct TextCase {
+  const char* what;
+  std::size_t length;
+  bool read;
+};
+constexpr TextCase kTexts[] = {
+    {"an empty value", 0, false},
+    {"one below the limit", 1022, true},
+    {"the longest that fits", 1023, true},
+    {"one too long is not cut", 1024, false},
+};
+
+TEST(RegistryAccess, TextsAreReadWholeOrNotAtAll) {
+  const test::ServerTree tree;
+  for (const TextCase& c : kTexts) {
+    const std::string value(c.length, 'x');
+    tree.set_text(kRootKey, "Mail Root", value);
+    BoundedText<1024> out;
+    ASSERT_TRUE(out.assign("preset"));
+    EXPECT_EQ(reg_read_string(kRootKey, "Mail Root", out), c.read) << c.what;
+    EXPECT_EQ(out.view(), c.read ? value : "") << c.what;
+  }
+  BoundedText<16> out;
+  ASSERT_TRUE(out.assign("preset"));
+  EXPECT_FALSE(reg_read_string(kRootKey, "No Such Value", out));
+  EXPECT_EQ(out.view(), "") << "a missing value empties too";
+}
+
+struct NumberCase {
+  const char* what;
+  std::string_view key;
+  std::string_view name;
+  bool read;
+  std::uint32_t number;
+};
+constexpr NumberCase kNumbers[] = {
+    {"a number", kAgentKey, "Reload", true, 4000000000},
+    {"another spelling of key and name", R"(software\wow6432node\post vane\post vane\agents\mta\filters\MTAFilter)",
+     "RELOAD", true, 4000000000},
+    {"a text where a number is read", kAgentKey, "Activity Log Directory", false, 7},
+    {"a missing value", kAgentKey, "No Such Value", false, 7},
+    {"a missing key", R"(SOFTWARE\Elsewhere)", "Reload", false, 7},
+    {"an empty key path", "", "Reload", false, 7},
+};
+
+TEST(RegistryAccess, NumbersThatCannotBeReadLeaveThePreset) {
+  const test::ServerTree tree;
+  ASSERT_TRUE(reg_write_dword(kAgentKey, "Reload", 4000000000));
+  for (const NumberCase& c : kNumbers) {
+    std::uint32_t number = 7;
+    EXPECT_EQ(reg_read_dword(c.key, c.name, number), c.read) << c.what;
+    EXPECT_EQ(number, c.number) << c.what;
+    EXPECT_EQ(reg_read_dword_or(c.key, c.name, 7), c.number) << c.what;
+  }
+}
+
+TEST(RegistryAccess, ApplicationDirectoryOfTheOtherWordSize) {
+  const test::ServerTree tree;
+  BoundedText<1024> out;
+  EXPECT_TRUE(reg_read_app_directory(out, 0));
+  EXPECT_EQ(out.view(), tree.path("app"));
+  EXPECT_TRUE(reg_read_app_directory(out, 64));
+  EXPECT_EQ(out.view(), tree.path("app") + "64");
+  tree.set_text(kRootKey, "Application Directory", std::string(1022, 'x'));
+  EXPECT_FALSE(reg_read_app_directory(out, 64)) << "a cut path would name another directory";
+  EXPECT_EQ(out.view(), "");
+}
+
+class PublishCounter : public testing::Test {
+ protected:
+  PublishCounter() {
+    forget_counter_failure_for_test();
+    tree_.set_number(kAgentKey, "Activity Log Enabled", 2);
+  }
+  ~PublishCounter() override { forget_agent_settings(); }
+  test::ServerTree tree_;
+};
+
+TEST_F(PublishCounter, WritesNothingWhileStatisticsAreOff) {
+  const std::string before = tree_.read("settings.reg");
+  publish_counter(kCountersKey, "SA Total Scans", 3);
+  EXPECT_EQ(tree_.read("settings.reg"), before);
+  settings().update_statistics = 2;
+  publish_counter(kCountersKey, "SA Total Scans", 3);
+  EXPECT_EQ(reg_read_dword_or(kCountersKey, "SA Total Scans", 0), 3U);
+}
+
+TEST_F(PublishCounter, ReportsTheFirstFailureOfTheProcessOnly) {
+  settings().update_statistics = 1;
+  std::filesystem::create_symlink("nowhere", tree_.path("settings.reg.lock"));  // so that nobody can lock the settings
+  platform::OutputCapture output;
+  publish_counter(kCountersKey, "SA Total Scans", 3);
+  publish_counter(kCountersKey, "SA Total Scans", 4);
+  publish_counter(kCountersKey, "SA Detections", 1);
+  EXPECT_EQ(output.take(),
+            " PV-IXXXX: Unable to save queue statistics for service. The service account may not have permission to "
+            "write to the registry path SOFTWARE\\Post Vane\\Post Vane\\Agents\\MTA\\Filters\\MTAFILTER\\Counters, "
+            "item SA Total Scans\n");
+}
+
+}  // namespace
+}  // namespace pv
