@@ -1,0 +1,4 @@
+// A library without the entry point.
+extern "C" int not_an_entry_point() {
+  return 0;
+}
