@@ -1,0 +1,33 @@
+// The commands of pvfilter. Each does its work, prints to standard output and returns the exit status, or throws a
+// CommandError.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pvfilter/envelope_options.h"
+#include "pvfilter/exit_status.h"
+
+namespace pvfilter {
+
+// pvfilter new DIR: a ready server tree with example filters. DIR must not exist, or be an empty directory.
+ExitStatus new_server(const std::string& directory);
+
+// pvfilter run: each file is queued, filtered by the agent and reported.
+struct RunOptions {
+  std::string server;
+  std::string agent_library;  // empty: beside this program
+  EnvelopeOptions envelope;
+  std::vector<std::string> files;
+  bool json = false;
+  bool show_output = false;  // what the agent printed, too
+};
+ExitStatus run_messages(const RunOptions& options);
+
+// pvfilter settings get | set | list
+enum class SettingType { kUnknown, kText, kNumber };
+ExitStatus get_setting(const std::string& server, const std::string& name);
+ExitStatus set_setting(const std::string& server, const std::string& name, const std::string& value, SettingType type);
+ExitStatus list_settings(const std::string& server);
+
+}  // namespace pvfilter

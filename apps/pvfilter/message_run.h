@@ -1,0 +1,42 @@
+// One message through the agent, and what could be observed of it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "pvfilter/agent_library.h"
+#include "pvfilter/queued_message.h"
+#include "pvfilter/report_lines.h"
+#include "pvfilter/server_tree.h"
+
+namespace pvfilter {
+
+// A filter that fired, as the agent printed it, with its line of the report log when there is one.
+struct FiredFilter {
+  std::string name;             // first column of the filter table
+  std::string definition_name;  // names its criteria and action tables
+  std::optional<ReportLine> report;
+};
+
+enum class Fate { kKept, kChanged, kDeleted };
+
+struct MessageRun {
+  std::string file;
+  std::string id;
+  std::string connector;
+  std::filesystem::path message_file;
+  std::size_t bytes_before = 0;
+  std::size_t bytes_after = 0;
+  bool filters_applied = false;  // the agent went on to decide which filters fire
+  std::vector<FiredFilter> fired;
+  Fate fate = Fate::kKept;
+  std::vector<std::filesystem::path> new_files;  // copies, and messages that were queued
+  std::string output;                            // what the agent printed
+};
+
+// Queues the file, has the agent filter it, and looks at what it printed, reported and did to the files.
+MessageRun run_message(const Server& server, const AgentLibrary& agent, const EnvelopeOptions& envelope,
+                       const std::string& file);
+
+}  // namespace pvfilter

@@ -1,0 +1,114 @@
+#include "pvfilter/run_report.h"
+
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+namespace pvfilter {
+namespace {
+
+constexpr std::string_view kCriterionLead = "CRITERIA=";
+constexpr std::string_view kMatchedLead = ", DATA=";
+
+struct Criterion {
+  std::string keyword;  // empty for a filter that a script decided
+  std::string matched;  // the criterion's own description, with its tags, or the script's result text
+};
+
+Criterion criterion_of(const ReportLine& line) {
+  const std::string_view data = line.data;
+  const std::size_t matched = data.find(kMatchedLead);
+  if (!data.starts_with(kCriterionLead) || matched == std::string_view::npos) return {{}, line.data};
+  return {std::string(data.substr(kCriterionLead.size(), matched - kCriterionLead.size())),
+          std::string(data.substr(matched + kMatchedLead.size()))};
+}
+
+std::string joined(const std::vector<std::string>& words, const char* between) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : between) + word;
+  return text;
+}
+
+const char* fate_word(Fate fate) {
+  switch (fate) {
+    case Fate::kKept:
+      return "kept";
+    case Fate::kChanged:
+      return "changed";
+    case Fate::kDeleted:
+      return "deleted";
+  }
+  return "unknown";
+}
+
+std::string fired_as_text(const Server& server, const FiredFilter& filter) {
+  if (!filter.report) {
+    const bool logged = server.log_mode == 1 || server.log_mode == 2;
+    return "  fired    " + filter.name +
+           (logged ? ": no action was carried out\n"
+                   : ": criterion and actions are not reported, because \"Activity Log Enabled\" is neither 1 nor 2\n");
+  }
+  const Criterion criterion = criterion_of(*filter.report);
+  return "  fired    " + filter.report->filter + "\n    because  " + criterion.keyword +
+         (criterion.keyword.empty() || criterion.matched.empty() ? "" : "  ") + criterion.matched + "\n    actions  " +
+         joined(filter.report->actions, ", ") + "\n";
+}
+
+std::string fate_as_text(const Server& server, const MessageRun& run) {
+  std::string text = std::string("  message  ") + fate_word(run.fate);
+  if (run.fate == Fate::kChanged) {
+    text += ", " + std::to_string(run.bytes_before) + " bytes before, " + std::to_string(run.bytes_after) + " now";
+  }
+  if (run.fate != Fate::kDeleted) text += ": " + shown_path(server, run.message_file);
+  text += "\n";
+  for (const auto& path : run.new_files) text += "  new file " + shown_path(server, path) + "\n";
+  return text;
+}
+
+nlohmann::json fired_as_json(const FiredFilter& filter) {
+  nlohmann::json json = {{"name", filter.name}, {"definition", filter.definition_name}};
+  if (!filter.report) {
+    json["actions"] = nlohmann::json::array();
+    return json;
+  }
+  const Criterion criterion = criterion_of(*filter.report);
+  json["display_name"] = filter.report->filter;
+  json["criterion"] = criterion.keyword;
+  json["matched"] = criterion.matched;
+  json["actions"] = filter.report->actions;
+  return json;
+}
+
+}  // namespace
+
+std::string run_as_text(const Server& server, const MessageRun& run) {
+  std::string text = run.file + "  (" + std::to_string(run.bytes_before) + " bytes, queued in " + run.connector +
+                     " as " + run.id + ")\n";
+  if (!run.filters_applied) {
+    text += "  no filter was applied: there is none, or the message carries the mark X-PVFilter\n";
+  } else if (run.fired.empty()) {
+    text += "  no filter fired\n";
+  }
+  for (const FiredFilter& filter : run.fired) text += fired_as_text(server, filter);
+  return text + fate_as_text(server, run);
+}
+
+std::string run_as_json(const Server& server, const MessageRun& run) {
+  nlohmann::json fired = nlohmann::json::array();
+  for (const FiredFilter& filter : run.fired) fired.push_back(fired_as_json(filter));
+  nlohmann::json new_files = nlohmann::json::array();
+  for (const auto& path : run.new_files) new_files.push_back(shown_path(server, path));
+  const nlohmann::json json = {{"file", run.file},
+                               {"message_id", run.id},
+                               {"connector", run.connector},
+                               {"filters_applied", run.filters_applied},
+                               {"fired", fired},
+                               {"message", fate_word(run.fate)},
+                               {"message_file", shown_path(server, run.message_file)},
+                               {"bytes_before", run.bytes_before},
+                               {"bytes_after", run.bytes_after},
+                               {"new_files", new_files},
+                               {"output", run.output}};
+  return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+}  // namespace pvfilter

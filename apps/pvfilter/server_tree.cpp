@@ -1,0 +1,73 @@
+#include "pvfilter/server_tree.h"
+
+#include "common/registry_access.h"
+#include "platform/environment.h"
+#include "platform/settings_store.h"
+#include "pvfilter/exit_status.h"
+
+namespace pvfilter {
+namespace fs = std::filesystem;
+namespace {
+
+void mark_directory(const fs::path& directory, FileMarks& marks) {
+  std::error_code error;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory, error)) {
+    std::error_code unreadable;
+    if (!entry.is_regular_file(unreadable)) continue;
+    const FileMark mark{entry.file_size(unreadable), entry.last_write_time(unreadable)};
+    if (!unreadable) marks.emplace(entry.path(), mark);
+  }
+}
+
+}  // namespace
+
+fs::path settings_path(const std::string& server) {
+  fs::path file = fs::absolute(server) / kSettingsFile;
+  std::error_code error;
+  if (fs::is_regular_file(file, error)) return file;
+  throw CommandError(kNoInput, file.string() + ": no such file; `pvfilter new " + server + "` makes a server tree");
+}
+
+Server open_server(const std::string& directory) {
+  const std::string settings = settings_path(directory).string();
+  pv::platform::use_settings_file(settings);
+  pv::platform::set_environment_variable("PVMTAFILTER_SETTINGS", settings);
+
+  Server server;
+  server.directory = fs::absolute(directory).lexically_normal();
+  server.directories = pv::reread_directories();
+  if (server.directories.connector_root.empty()) {
+    throw CommandError(kConfig, settings + ": \"Connector Root Directory\" is not set, so there is no queue");
+  }
+  pv::BoundedText<512> log_directory;
+  pv::reg_read_string(pv::kAgentKey, "Activity Log Directory", log_directory);
+  server.log_directory = log_directory.view();
+  server.log_mode = pv::reg_read_dword_or(pv::kAgentKey, "Activity Log Enabled", 0);
+  return server;
+}
+
+FileMarks mark_files(const Server& server) {
+  FileMarks marks;
+  for (const std::string_view base : {server.directories.bad_mail.view(), server.directories.quarantine.view()}) {
+    if (base.empty()) continue;
+    mark_directory(base, marks);
+    mark_directory(fs::path(base) / "Messages", marks);
+  }
+  std::error_code error;
+  for (const fs::directory_entry& connector :
+       fs::directory_iterator(fs::path(server.directories.connector_root.view()), error)) {
+    for (const char* queue : {"Inbound", "Outgoing"}) {
+      mark_directory(connector.path() / queue, marks);
+      mark_directory(connector.path() / queue / "Messages", marks);
+    }
+  }
+  return marks;
+}
+
+std::string shown_path(const Server& server, const fs::path& path) {
+  const fs::path relative = path.lexically_relative(server.directory);
+  const bool inside = !relative.empty() && *relative.begin() != "..";
+  return (inside ? relative : path).string();
+}
+
+}  // namespace pvfilter

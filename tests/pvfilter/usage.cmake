@@ -1,0 +1,16 @@
+include(${CMAKE_CURRENT_LIST_DIR}/commands.cmake)
+
+run(--version)
+expect("version" status EQUAL 0 AND out MATCHES "^pvfilter [0-9.]+\n$")
+foreach(command new run settings)
+  run(${command} --help)
+  expect("${command} has help" status EQUAL 0 AND out MATCHES "Usage: pvfilter ${command}")
+endforeach()
+foreach(arguments "" "nonsense" "run" "run;--server;x;--nonsense;y" "settings;--server;x")
+  run(${arguments})
+  expect("usage error: ${arguments}" status EQUAL 64 AND err MATCHES "^pvfilter: ")
+endforeach()
+
+run(new server)
+run(run --server server --agent nowhere.so ${SAMPLES}/plain.eml)
+expect("no agent library" status EQUAL 69 AND err MATCHES "^pvfilter: nowhere.so: ")
