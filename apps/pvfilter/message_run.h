@@ -1,23 +1,15 @@
 // One message through the agent, and what could be observed of it.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "pvfilter/agent_library.h"
+#include "pvfilter/fired_filters.h"
 #include "pvfilter/queued_message.h"
-#include "pvfilter/report_lines.h"
 #include "pvfilter/server_tree.h"
 
 namespace pvfilter {
-
-// A filter that fired, as the agent printed it, with its line of the report log when there is one.
-struct FiredFilter {
-  std::string name;             // first column of the filter table
-  std::string definition_name;  // names its criteria and action tables
-  std::optional<ReportLine> report;
-};
 
 enum class Fate { kKept, kChanged, kDeleted };
 

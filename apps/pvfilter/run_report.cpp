@@ -40,17 +40,26 @@ const char* fate_word(Fate fate) {
   return "unknown";
 }
 
+std::string actions_as_text(const FiredFilter& filter) {
+  std::string text;
+  if (filter.report) text += "    actions  " + joined(filter.report->actions, ", ") + "\n";
+  if (!filter.not_done.empty()) text += "    not done " + joined(filter.not_done, ", ") + "\n";
+  return text;
+}
+
 std::string fired_as_text(const Server& server, const FiredFilter& filter) {
   if (!filter.report) {
-    const bool logged = server.log_mode == 1 || server.log_mode == 2;
+    const bool reported = server.log_mode == 1 || server.log_mode == 2;
     return "  fired    " + filter.name +
-           (logged ? ": no action was carried out\n"
-                   : ": criterion and actions are not reported, because \"Activity Log Enabled\" is neither 1 nor 2\n");
+           (reported
+                ? ": no action was carried out\n"
+                : ": criterion and actions are not reported, because \"Activity Log Enabled\" is neither 1 nor 2\n") +
+           actions_as_text(filter);
   }
   const Criterion criterion = criterion_of(*filter.report);
   return "  fired    " + filter.report->filter + "\n    because  " + criterion.keyword +
-         (criterion.keyword.empty() || criterion.matched.empty() ? "" : "  ") + criterion.matched + "\n    actions  " +
-         joined(filter.report->actions, ", ") + "\n";
+         (criterion.keyword.empty() || criterion.matched.empty() ? "" : "  ") + criterion.matched + "\n" +
+         actions_as_text(filter);
 }
 
 std::string fate_as_text(const Server& server, const MessageRun& run) {
@@ -65,7 +74,7 @@ std::string fate_as_text(const Server& server, const MessageRun& run) {
 }
 
 nlohmann::json fired_as_json(const FiredFilter& filter) {
-  nlohmann::json json = {{"name", filter.name}, {"definition", filter.definition_name}};
+  nlohmann::json json = {{"name", filter.name}, {"definition", filter.definition_name}, {"not_done", filter.not_done}};
   if (!filter.report) {
     json["actions"] = nlohmann::json::array();
     return json;

@@ -1,22 +1,27 @@
 # What the scripts of this folder share.
+cmake_minimum_required(VERSION 3.24)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 
 # run(<argument>...): runs pvfilter; sets `status`, `out` and `err`.
-macro(run)
+function(run)
   execute_process(COMMAND ${PVFILTER} ${ARGN} WORKING_DIRECTORY ${WORK}
-                  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
-endmacro()
+                  RESULT_VARIABLE result OUTPUT_VARIABLE printed ERROR_VARIABLE complained)
+  set(status "${result}" PARENT_SCOPE)
+  set(out "${printed}" PARENT_SCOPE)
+  set(err "${complained}" PARENT_SCOPE)
+endfunction()
 
 # expect(<what> <condition>...): ends the test unless the condition holds.
-macro(expect what)
+function(expect what)
   if(${ARGN})
-  else()
-    message(FATAL_ERROR "${what}\nstatus: ${status}\nstandard output:\n${out}\nstandard error:\n${err}")
+    return()
   endif()
-endmacro()
+  message(FATAL_ERROR "${what}\nstatus: ${status}\nstandard output:\n${out}\nstandard error:\n${err}")
+endfunction()
 
 # field(<variable> <json path>...): one value of the JSON in `out`.
-macro(field variable)
-  string(JSON ${variable} GET "${out}" ${ARGN})
-endmacro()
+function(field variable)
+  string(JSON value GET "${out}" ${ARGN})
+  set(${variable} "${value}" PARENT_SCOPE)
+endfunction()

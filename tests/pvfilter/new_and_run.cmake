@@ -68,3 +68,14 @@ expect("reports on standard output are read too" criterion STREQUAL "BODY")
 run(settings --server server set "Activity Log Enabled" 0)
 run(run --server server ${SAMPLES}/phrase.eml)
 expect("without reports it says so" out MATCHES "fired    Phrases: criterion and actions are not reported")
+
+# An action that fails is named, and so is one that is not available.
+run(settings --server server set "Activity Log Enabled" 1)
+run(settings --server server set "Quarantine Directory" ${WORK}/nowhere)
+file(APPEND ${WORK}/server/conf/FILTERS/ACTIONS/executables.TAB "1\t\t\tNO_SUCH_ACTION\t\t\n")
+run(run --server server --json ${SAMPLES}/executable.eml)
+field(failed 0 fired 1 not_done 0)
+field(unknown 0 fired 1 not_done 1)
+field(done 0 fired 1 actions 0)
+expect("what was not done is shown" failed STREQUAL "COPY_TO_QUARANTINE" AND unknown STREQUAL "NO_SUCH_ACTION" AND
+       done STREQUAL "ADD_SUBJECT_PREFIX")
