@@ -19,19 +19,14 @@ struct FieldCase {
 };
 constexpr FieldCase kFields[] = {
     {"the first", "a\tb\tc", "\t", 1, '\0', true, "a"},
-    {"the last", "a\tb\tc", "\t", 3, '\0', true, "c"},
     {"beyond the last", "a\tb\tc", "\t", 7, '\0', true, "c"},
     {"0 acts as 1", "a\tb\tc", "\t", 0, '\0', true, "a"},
-    {"an empty field", "a,,c", ",", 2, '\0', true, ""},
     {"no delimiter, the whole line", "abc", ",", 1, '\0', true, "abc"},
     {"no delimiter, no second field", "abc", ",", 2, '\0', false, "preset"},
-    {"an empty delimiter delimits nothing", "abc", "", 1, '\0', true, "abc"},
-    {"and ends", "abc", "", INT_MAX, '\0', false, "preset"},
+    {"an empty delimiter ends", "abc", "", INT_MAX, '\0', false, "preset"},
     {"a delimiter in the other case", "1And2aND3", "AND", 2, '\0', true, "2"},
     {"an escaped delimiter", "x/,y,z", ",", 1, '/', true, "x/,y"},
     {"the field after it", "x/,y,z", ",", 2, '/', true, "z"},
-    {"two escaped delimiters on end", "x/,/,y,z", ",", 1, '/', true, "x/,/,y"},
-    {"all escaped: no delimiter", "x/,y", ",", 2, '/', false, "preset"},
     {"the escape must be in the same field", "a,,b", ",", 2, ',', true, ""},
     {"one byte below the capacity", "1234567,", ",", 1, '\0', true, "1234567"},
     {"as long as the capacity", "12345678,", ",", 1, '\0', false, ""},
@@ -46,27 +41,23 @@ TEST(Fields, SplitField) {
   }
 }
 
-struct CountCase {
-  const char* what;
-  std::string line;
-  std::string_view delimiter;
-  int count;
-};
-
 TEST(Fields, CountFields) {
-  const CountCase cases[] = {
+  const struct {
+    const char* what;
+    std::string line;
+    std::string_view delimiter;
+    int count;
+  } cases[] = {
       {"an empty line", "", ",", 0},
-      {"no delimiter", "a", ",", 1},
       {"empty fields count", "a,b,,c", ",", 4},
       {"a delimiter at the very start does not", ",a", ",", 1},
       {"one at the end does", "a,", ",", 2},
       {"case counts", "1and2AND3", "AND", 2},
       {"finds may overlap", "a,,,", ",,", 3},
-      {"1000 delimiters", "a" + std::string(1000, ','), ",", 1000},
       {"1500 delimiters", std::string(1500, ','), ",", 1000},
       {"an empty delimiter", "abc", "", 1},
   };
-  for (const CountCase& c : cases) EXPECT_EQ(count_fields(c.line, c.delimiter), c.count) << c.what;
+  for (const auto& c : cases) EXPECT_EQ(count_fields(c.line, c.delimiter), c.count) << c.what;
 }
 
 struct NumberCase {
@@ -75,17 +66,13 @@ struct NumberCase {
   int number;
 };
 constexpr NumberCase kNumbers[] = {
-    {"digits", "42", 42},
     {"white space of every kind before", " \t\r\n\v\f7", 7},
     {"text behind", "12kb", 12},
     {"a minus sign", "-5", -5},
-    {"a blank after the sign", "- 5", 0},
-    {"nothing", "", 0},
     {"the largest", "2147483647", INT_MAX},
-    {"one above it", "2147483648", INT_MAX},
+    {"far above it", "99999999999999999999999999", INT_MAX},
     {"the smallest", "-2147483648", INT_MIN},
     {"one below it", "-2147483649", INT_MIN},
-    {"far beyond 64 bits", "99999999999999999999999999", INT_MAX},
 };
 
 TEST(Fields, LeadingNumber) {

@@ -12,32 +12,16 @@
 namespace pv {
 namespace {
 
-struct TextCase {
-  const char* what;
-  std::size_t length;
-  bool read;
-};
-constexpr TextCase kTexts[] = {
-    {"an empty value", 0, false},
-    {"one below the limit", 1022, true},
-    {"the longest that fits", 1023, true},
-    {"one too long is not cut", 1024, false},
-};
-
 TEST(RegistryAccess, TextsAreReadWholeOrNotAtAll) {
   const test::ServerTree tree;
-  for (const TextCase& c : kTexts) {
-    const std::string value(c.length, 'x');
+  for (const std::size_t length : {0U, 1023U, 1024U}) {
+    const std::string value(length, 'x');
     tree.set_text(kRootKey, "Mail Root", value);
     BoundedText<1024> out;
     ASSERT_TRUE(out.assign("preset"));
-    EXPECT_EQ(reg_read_string(kRootKey, "Mail Root", out), c.read) << c.what;
-    EXPECT_EQ(out.view(), c.read ? value : "") << c.what;
+    EXPECT_EQ(reg_read_string(kRootKey, "Mail Root", out), length == 1023);
+    EXPECT_EQ(out.view(), length == 1023 ? value : "") << length;
   }
-  BoundedText<16> out;
-  ASSERT_TRUE(out.assign("preset"));
-  EXPECT_FALSE(reg_read_string(kRootKey, "No Such Value", out));
-  EXPECT_EQ(out.view(), "") << "a missing value empties too";
 }
 
 struct NumberCase {
@@ -53,8 +37,6 @@ constexpr NumberCase kNumbers[] = {
      "RELOAD", true, 4000000000},
     {"a text where a number is read", kAgentKey, "Activity Log Directory", false, 7},
     {"a missing value", kAgentKey, "No Such Value", false, 7},
-    {"a missing key", R"(SOFTWARE\Elsewhere)", "Reload", false, 7},
-    {"an empty key path", "", "Reload", false, 7},
 };
 
 TEST(RegistryAccess, NumbersThatCannotBeReadLeaveThePreset) {
@@ -64,15 +46,12 @@ TEST(RegistryAccess, NumbersThatCannotBeReadLeaveThePreset) {
     std::uint32_t number = 7;
     EXPECT_EQ(reg_read_dword(c.key, c.name, number), c.read) << c.what;
     EXPECT_EQ(number, c.number) << c.what;
-    EXPECT_EQ(reg_read_dword_or(c.key, c.name, 7), c.number) << c.what;
   }
 }
 
 TEST(RegistryAccess, ApplicationDirectoryOfTheOtherWordSize) {
   const test::ServerTree tree;
   BoundedText<1024> out;
-  EXPECT_TRUE(reg_read_app_directory(out, 0));
-  EXPECT_EQ(out.view(), tree.path("app"));
   EXPECT_TRUE(reg_read_app_directory(out, 64));
   EXPECT_EQ(out.view(), tree.path("app") + "64");
   tree.set_text(kRootKey, "Application Directory", std::string(1022, 'x'));
@@ -80,36 +59,28 @@ TEST(RegistryAccess, ApplicationDirectoryOfTheOtherWordSize) {
   EXPECT_EQ(out.view(), "");
 }
 
-class PublishCounter : public testing::Test {
- protected:
-  PublishCounter() {
-    forget_counter_failure_for_test();
-    tree_.set_number(kAgentKey, "Activity Log Enabled", 2);
-  }
-  ~PublishCounter() override { forget_agent_settings(); }
-  test::ServerTree tree_;
-};
-
-TEST_F(PublishCounter, WritesNothingWhileStatisticsAreOff) {
-  const std::string before = tree_.read("settings.reg");
+TEST(PublishCounter, WritesNothingWhileOffAndReportsTheFirstFailureOnly) {
+  const test::ServerTree tree;
+  tree.set_number(kAgentKey, "Activity Log Enabled", 2);
+  forget_agent_settings();
+  forget_counter_failure_for_test();
+  const std::string before = tree.read("settings.reg");
   publish_counter(kCountersKey, "SA Total Scans", 3);
-  EXPECT_EQ(tree_.read("settings.reg"), before);
+  EXPECT_EQ(tree.read("settings.reg"), before);
   settings().update_statistics = 2;
   publish_counter(kCountersKey, "SA Total Scans", 3);
   EXPECT_EQ(reg_read_dword_or(kCountersKey, "SA Total Scans", 0), 3U);
-}
 
-TEST_F(PublishCounter, ReportsTheFirstFailureOfTheProcessOnly) {
-  settings().update_statistics = 1;
-  std::filesystem::create_symlink("nowhere", tree_.path("settings.reg.lock"));  // so that nobody can lock the settings
+  tree.remove("settings.reg.lock");
+  std::filesystem::create_symlink("nowhere", tree.path("settings.reg.lock"));  // so that nobody can lock the settings
   platform::OutputCapture output;
-  publish_counter(kCountersKey, "SA Total Scans", 3);
   publish_counter(kCountersKey, "SA Total Scans", 4);
   publish_counter(kCountersKey, "SA Detections", 1);
   EXPECT_EQ(output.take(),
             " PV-IXXXX: Unable to save queue statistics for service. The service account may not have permission to "
             "write to the registry path SOFTWARE\\Post Vane\\Post Vane\\Agents\\MTA\\Filters\\MTAFILTER\\Counters, "
             "item SA Total Scans\n");
+  forget_agent_settings();
 }
 
 }  // namespace

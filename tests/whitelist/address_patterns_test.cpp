@@ -14,42 +14,28 @@ struct PatternCase {
 
 constexpr PatternCase kIpv4[] = {
     {"the same", "192.168.1.5", "192.168.1.5", true},
-    {"a longer last part", "192.168.1.50", "192.168.1.5", false},
-    {"any last part", "192.168.1.250", "192.168.1.*", true},
     {"the rest of the first part", "199.168.1.1", "19*.168.1.1", true},
     {"the rest of a part may be nothing before a dot", "19.168.1.1", "19*.168.1.1", true},
     {"what follows the wildcard in its part is passed over", "192.168.1.1", "1*7.168.1.1", true},
-    {"every part", "10.1.2.3", "*.*.*.*", true},
     {"the address has parts left", "192.168.1.5", "192.168.*", false},
     {"the pattern has parts left", "10.1", "*.*.*.*", false},
-    {"the pattern has a dot left", "10.1.2.3", "10.1.2.*.", false},
-    {"a wildcard alone", "10.1.2.3", "*", false},
     {"an empty address", "", "*", false},
-    {"both empty", "", "", false},
 };
 
 constexpr PatternCase kIpv6[] = {
     {"the same", "1:2:3:4:5:6:7:8", "1:2:3:4:5:6:7:8", true},
-    {"the last group differs", "1:2:3:4:5:6:7:8", "1:2:3:4:5:6:7:9", false},
     {"numbers, not digits", "2001:0DB8::a", "2001:db8:0:0::000A", true},
     {"a run alone", "0:0:0:0:0:0:0:0", "::", true},
-    {"a run of one group", "1:2:3:0:5:6:7:8", "1:2:3::5:6:7:8", true},
     {"a run of no group", "1:2:3:4:5:6:7:8", "1:2:3:4::5:6:7:8", false},
     {"a run in the pattern is zero", "fe80::2:1", "fe80::1", false},
     {"a group for any", "fe80::1234", "fe80::*", true},
-    {"groups for any before a run", "2001:db8::", "*:*::", true},
     {"a wildcard is a whole group", "fe80::12", "fe80::1*", false},
-    {"a wildcard in the address", "fe80::*", "fe80::*", false},
     {"nine groups", "1:2:3:4:5:6:7:8:9", "*:*:*:*:*:*:*:*", false},
     {"five digits", "::00001", "::1", false},
-    {"two runs", "1::2::3", "1::2::3", false},
     {"three colons", ":::", "::", false},
-    {"a colon at the start", ":2:3:4:5:6:7:8", "0:2:3:4:5:6:7:8", false},
     {"a colon at the end behind a run", "::1:", "::1", false},
     {"an embedded IPv4 part", "::ffff:192.0.2.7", "::ffff:*:*", false},
-    {"a zone", "fe80::1%eth0", "fe80::1", false},
     {"no digit behind one", "::1g", "::1", false},
-    {"an empty pattern", "::", "", false},
 };
 
 TEST(AddressPatterns, Ipv4PartsAndWildcards) {

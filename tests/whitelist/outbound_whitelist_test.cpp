@@ -16,16 +16,16 @@ namespace pv {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 class OutboundWhitelist : public testing::Test {
  protected:
   OutboundWhitelist() {
-    configure(server_.path("conf"));
+    read_server_settings();
     server_.set_number(kSmtpKey, "Whitelist Outbound IPAddresses", 1);
   }
   ~OutboundWhitelist() override { forget_agent_settings(); }
 
-  void configure(std::string_view directory) const { settings().whitelist_configuration_directory.cut(directory); }
   void set_mode(std::uint32_t parts) const { server_.set_number(kSmtpKey, "Whitelist Outbound IPAddress Mode", parts); }
 
   test::ServerTree server_;
@@ -39,7 +39,6 @@ TEST_F(OutboundWhitelist, TheModeChoosesTheMarker) {
     std::string address;
     std::string marker;
   } cases[] = {
-      {"the whole address", 0, "192.168.1.77", "192.168.1.77.tab"},
       {"a colon becomes a hyphen", 0, "fe80::1", "fe80--1.tab"},
       {"a name as long as can be", 0, most, most + ".tab"},
       {"three parts", 3, "192.168.1.77", "192.168.1.tab"},
@@ -61,22 +60,21 @@ TEST_F(OutboundWhitelist, TheNamesChooseTheList) {
   server_.write("conf/Connections/Whitelist/1.1.1.1.tab", "");
   server_.write("conf/Postoffices/office/Connections/Whitelist/2.2.2.2.tab", "");
   server_.write("conf/Postoffices/office/Mailboxes/ann/Connections/Whitelist/3.3.3.3.tab", "");
-  const struct {
-    const char* postoffice;
-    const char* mailbox;
-    std::string_view listed;
-  } cases[] = {{"", "", "1.1.1.1"}, {"", "ann", "1.1.1.1"}, {"office", "", "2.2.2.2"}, {"office", "ann", "3.3.3.3"}};
-  for (const auto& c : cases) {
+  const auto listed = [](std::string_view postoffice, std::string_view mailbox) {
+    std::string all;
     for (const std::string_view address : {"1.1.1.1", "2.2.2.2", "3.3.3.3"}) {
-      EXPECT_EQ(IsOutboundWhiteListed(address, c.postoffice, c.mailbox), address == c.listed)
-          << address << " of " << c.postoffice << '/' << c.mailbox;
+      if (IsOutboundWhiteListed(address, postoffice, mailbox)) all += address;
     }
-  }
+    return all;
+  };
+  EXPECT_EQ(listed("", "ann"), "1.1.1.1");
+  EXPECT_EQ(listed("office", ""), "2.2.2.2");
+  EXPECT_EQ(listed("office", "ann"), "3.3.3.3");
 }
 
 TEST_F(OutboundWhitelist, SwitchedOffItHoldsNothingAndMakesNothing) {
-  server_.set_number(kSmtpKey, "Whitelist Outbound IPAddresses", 0);
   server_.write("conf/Connections/Whitelist/1.1.1.1.tab", "");
+  server_.set_number(kSmtpKey, "Whitelist Outbound IPAddresses", 0);
   EXPECT_FALSE(IsOutboundWhiteListed("1.1.1.1", "", ""));
   EXPECT_FALSE(server_.exists("conf/Connections/Spam"));
   server_.set_number(kSmtpKey, "Whitelist Outbound IPAddresses", 1);
@@ -84,25 +82,24 @@ TEST_F(OutboundWhitelist, SwitchedOffItHoldsNothingAndMakesNothing) {
   EXPECT_FALSE(server_.exists("conf/Connections/Spam")) << "a postoffice's list";
   EXPECT_TRUE(IsOutboundWhiteListed("1.1.1.1", "", ""));
   EXPECT_TRUE(server_.exists("conf/Connections/Spam"));
-  server_.write("conf/Connections/Whitelist/.tab", "");
-  EXPECT_FALSE(IsOutboundWhiteListed("", "", "")) << "an empty address";
 }
 
 TEST_F(OutboundWhitelist, NoNameLeadsOutOfItsDirectory) {
-  server_.write("conf/Connections/Whitelist/1.1.1.1.tab", "");
-  server_.write("conf/Connections/outside.tab", "");
-  server_.write("conf/Postoffices/office/Connections/Whitelist/1.1.1.1.tab", "");
-  for (const std::size_t length : {208U, 209U}) {
-    server_.write("conf/Postoffices/" + std::string(length, 'p') + "/Connections/Whitelist/1.1.1.1.tab", "");
+  const std::string too_long(66, 'a');
+  for (const std::string& marker :
+       {"Whitelist/1.1.1.1.tab"s, "outside.tab"s, "Whitelist/.tab"s, "Whitelist/" + too_long + ".tab"}) {
+    server_.write("conf/Connections/" + marker, "");
+  }
+  for (const std::string& name : {"office"s, std::string(208, 'p'), std::string(209, 'p')}) {
+    server_.write("conf/Postoffices/" + name + "/Connections/Whitelist/1.1.1.1.tab", "");
   }
   EXPECT_TRUE(IsOutboundWhiteListed("1.1.1.1", std::string(208, 'p'), "")) << "a path of 255 bytes";
-  const std::string too_long(66, 'a');
-  server_.write("conf/Connections/Whitelist/" + too_long + ".tab", "");
   const struct {
     const char* what;
     std::string address;
     std::string postoffice;
   } cases[] = {
+      {"no address", "", ""},
       {"a separator", "../outside", ""},
       {"the other separator", "..\\outside", ""},
       {"a wildcard", "1.1.1.*", ""},
@@ -119,12 +116,11 @@ TEST_F(OutboundWhitelist, NoNameLeadsOutOfItsDirectory) {
 TEST_F(OutboundWhitelist, WithoutAConfigurationDirectoryPathsAreRelative) {
   const fs::path before = fs::current_path();
   fs::current_path(server_.path());
-  configure("");
+  settings().whitelist_configuration_directory.clear();
   server_.write("Connections/Whitelist/1.1.1.1.tab", "");
-  server_.write("Postoffices/office/Connections/Whitelist/2.2.2.2.tab", "");
+  server_.write("Postoffices/office/Connections/Whitelist/1.1.1.1.tab", "");
   EXPECT_TRUE(IsOutboundWhiteListed("1.1.1.1", "", ""));
-  EXPECT_TRUE(IsOutboundWhiteListed("2.2.2.2", "office", ""));
-  EXPECT_FALSE(server_.exists("Connections/Spam"));
+  EXPECT_TRUE(IsOutboundWhiteListed("1.1.1.1", "office", ""));
   fs::current_path(before);
 }
 
@@ -140,7 +136,6 @@ TEST(AppendPath, SeparatesOnceAndNeverOverflows) {
   } cases[] = {
       {"a separator between", "conf", "x", "conf" + separator + "x", true},
       {"a backslash is there", "conf\\", "x", "conf\\x", true},
-      {"an empty directory", "", "x", "", true},
       {"the last byte", most, "x", most + separator + "x", true},
       {"a byte too many", most, "xy", most + separator + "x", false},
   };

@@ -13,11 +13,6 @@ namespace {
 
 constexpr char kList[] = R"(SOFTWARE\Post Vane\Post Vane\CONNECTORS\SMTP\White List)";
 
-// The blank is standard output's own.
-std::string hit(const std::string& address) {
-  return " PV-I0092: " + address + " is registered in the system whitelist and was therefore excluded from checking\n";
-}
-
 TEST(SystemWhitelist, HoldsAPatternInEachValueName) {
   const test::ServerTree server;
   server.set_number(kAgentKey, "Activity Log Enabled", 2);  // to standard output
@@ -36,15 +31,15 @@ TEST(SystemWhitelist, HoldsAPatternInEachValueName) {
       {"two patterns match, one line is written", "10.1.2.3", true},
       {"none matches", "11.1.2.3", false},
       {"an IPv6 address", "FE80::1", true},
-      {"another IPv6 address", "fe81::1", false},
-      {"an empty address", "", false},
       {"a pattern of 255 bytes", std::string(253, '9') + ".1", true},
       {"a pattern of 256 bytes", "8" + std::string(253, '9') + ".1", false},
   };
   for (const auto& c : cases) {
     platform::OutputCapture output;
     EXPECT_EQ(IsWhitelisted(c.address), c.listed) << c.what;
-    EXPECT_EQ(output.take(), c.listed ? hit(c.address) : "") << c.what;
+    const std::string line =
+        " PV-I0092: " + c.address + " is registered in the system whitelist and was therefore excluded from checking\n";
+    EXPECT_EQ(output.take(), c.listed ? line : "") << c.what;
   }
 }
 
