@@ -25,10 +25,10 @@ bool run(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   if (!in) {
-    std::fprintf(stderr, "replay: %s: cannot be read\n", path.c_str());
+    std::fprintf(stderr, "replay: %s: cannot be read\n", path.string().c_str());
     return false;
   }
-  std::fprintf(stderr, "%s (%zu bytes)\n", path.c_str(), bytes.size());
+  std::fprintf(stderr, "%s (%zu bytes)\n", path.string().c_str(), bytes.size());
   // A copy of exactly this size, so that AddressSanitizer sees a read behind its end.
   const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
   LLVMFuzzerTestOneInput(input.data(), input.size());

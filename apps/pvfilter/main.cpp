@@ -109,6 +109,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "pvfilter " PVFILTER_VERSION);
   app.require_subcommand(1);
   app.fallthrough();
+  app.allow_windows_style_options(false);  // "/srv/a.eml" is a path everywhere
 
   Command chosen;
   std::string directory;

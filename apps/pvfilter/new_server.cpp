@@ -62,7 +62,7 @@ ExitStatus new_server(const std::string& directory) {
     pv::replace_in_string(text, "@SERVER@", shown_root, 0, false, true);
     write_file(root / file.path, text);
   }
-  std::printf("A server tree is ready in %s\n", root.c_str());
+  std::printf("A server tree is ready in %s\n", root.string().c_str());
   std::printf("Try it: pvfilter run --server %s FILE...\n", directory.c_str());
   return kOk;
 }

@@ -67,7 +67,7 @@ FileMarks mark_files(const Server& server) {
 std::string shown_path(const Server& server, const fs::path& path) {
   const fs::path relative = path.lexically_relative(server.directory);
   const bool inside = !relative.empty() && *relative.begin() != "..";
-  return (inside ? relative : path).string();
+  return (inside ? relative : path).generic_string();
 }
 
 }  // namespace pvfilter

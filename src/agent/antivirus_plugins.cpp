@@ -19,7 +19,10 @@ namespace pv {
 namespace {
 
 // Held while plug-ins are loaded or released: FilterInit may be called on several threads.
-constinit std::mutex plugin_mutex;
+std::mutex& plugin_mutex() {
+  static NeverDestroyed<std::mutex> mutex;
+  return *mutex;
+}
 
 using PluginName = BoundedText<128>;
 
@@ -60,7 +63,7 @@ bool load_plugin(std::string_view provider) {
 }  // namespace
 
 bool load_antivirus_plugins() {
-  const std::lock_guard lock(plugin_mutex);
+  const std::lock_guard lock(plugin_mutex());
   BoundedText<1024> order;
   reg_read_string(kFiltersKey, "Processing Order", order);
   const int count = count_fields(order, ",");
@@ -75,8 +78,8 @@ bool load_antivirus_plugins() {
 }
 
 void release_antivirus_plugin() {
-  const std::lock_guard lock(plugin_mutex);
-  last_plugin().reset();
+  const std::unique_lock lock(plugin_mutex(), std::try_to_lock);
+  if (lock.owns_lock()) last_plugin().reset();  // else a thread was ended while it loaded one
 }
 
 }  // namespace pv

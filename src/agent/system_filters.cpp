@@ -13,7 +13,10 @@ namespace pv {
 namespace {
 
 // Held for the reload check and a reload, never while a message is filtered.
-constinit std::mutex reload_mutex;
+std::mutex& reload_mutex() {
+  static NeverDestroyed<std::mutex> mutex;
+  return *mutex;
+}
 
 // Guarded by reload_mutex once messages are filtered.
 std::shared_ptr<const FilterSet>& current_filters() {
@@ -58,20 +61,20 @@ void reload_filters() {
 }  // namespace
 
 void load_system_filters_once() {
-  const std::lock_guard lock(reload_mutex);
+  const std::lock_guard lock(reload_mutex());
   if (filters_loaded_once) return;
   current_filters() = loaded_filters();
   filters_loaded_once = true;
 }
 
 std::shared_ptr<const FilterSet> system_filters_for_message() {
-  const std::lock_guard lock(reload_mutex);
+  const std::lock_guard lock(reload_mutex());
   if (reg_read_dword_or(kAgentKey, "Reload", 0) == 1) reload_filters();
   return current_filters();
 }
 
 void release_system_filters() {
-  const std::unique_lock lock(reload_mutex, std::try_to_lock);
+  const std::unique_lock lock(reload_mutex(), std::try_to_lock);
   if (!lock.owns_lock()) return;  // the process ends in the middle of a reload, and must not wait for it
   ReleaseFilterSet(current_filters());
   filters_loaded_once = false;

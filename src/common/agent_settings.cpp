@@ -4,6 +4,7 @@
 #include <mutex>
 #include <type_traits>
 
+#include "common/never_destroyed.h"
 #include "common/registry_access.h"
 
 namespace pv {
@@ -12,7 +13,10 @@ namespace {
 // Nothing to destroy at process exit, when other threads may still filter.
 static_assert(std::is_trivially_destructible_v<AgentSettings> && std::is_trivially_destructible_v<Directories>);
 
-constinit std::mutex directories_mutex;
+std::mutex& directories_mutex() {
+  static NeverDestroyed<std::mutex> mutex;
+  return *mutex;
+}
 
 // Guarded by directories_mutex.
 Directories& shared_directories() {
@@ -74,7 +78,7 @@ void read_antivirus_setting() {
 
 Directories reread_directories() {
   // Read under the mutex too: else a slow reader could publish what it read before an edit over what came after.
-  const std::lock_guard lock(directories_mutex);
+  const std::lock_guard lock(directories_mutex());
   Directories& shared = shared_directories();
   reg_read_string(kConnectorsKey, "Connector Root Directory", shared.connector_root);
   reg_read_string(kRootKey, "Configuration Directory", shared.configuration);
@@ -84,7 +88,7 @@ Directories reread_directories() {
 }
 
 Directories current_directories() {
-  const std::lock_guard lock(directories_mutex);
+  const std::lock_guard lock(directories_mutex());
   return shared_directories();
 }
 
@@ -102,8 +106,8 @@ bool spamassassin_enabled() {
 
 void forget_agent_settings() {
   std::construct_at(&settings());
-  const std::lock_guard lock(directories_mutex);
-  std::construct_at(&shared_directories());
+  const std::unique_lock lock(directories_mutex(), std::try_to_lock);
+  if (lock.owns_lock()) std::construct_at(&shared_directories());
 }
 
 }  // namespace pv

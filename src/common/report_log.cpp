@@ -5,10 +5,12 @@
 #include <cstdarg>
 #include <mutex>
 #include <string>
+#include <thread>
 
 #include "common/agent_settings.h"
 #include "common/dates.h"
 #include "common/formats.h"
+#include "common/never_destroyed.h"
 #include "common/output.h"
 #include "common/registry_access.h"
 #include "common/text_search.h"
@@ -31,7 +33,21 @@ constinit std::atomic<platform::NamedMutex*> report_mutex = nullptr;
 constinit std::atomic<int> mutex_users = 0;
 // Held while the open file is used or exchanged. Start-up and shutdown take this one alone: another process that holds
 // the report mutex must not delay them.
-constinit std::mutex file_mutex;
+std::mutex& file_mutex() {
+  static NeverDestroyed<std::mutex> mutex;
+  return *mutex;
+}
+
+// file_mutex at shutdown. At the end of a process its other threads may have been ended with the mutex in their hands,
+// so it is asked for during a limited time only; a thread that lives holds it for one write.
+std::unique_lock<std::mutex> file_mutex_at_shutdown() {
+  std::unique_lock lock(file_mutex(), std::try_to_lock);
+  for (std::uint32_t waited_ms = 0; !lock.owns_lock() && waited_ms < kReportMutexWaitMs; ++waited_ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    static_cast<void>(lock.try_lock());
+  }
+  return lock;
+}
 constinit std::atomic<bool> accepts_writes = false;  // from create_report_mutex to release_report_log
 
 // The report mutex, held while this object lives; at shutdown or exit other threads may still write.
@@ -104,7 +120,7 @@ void write_to_file(std::string_view text) {
   const BoundedText<100> time = local_date_time_text(true);
   const ReportLock lock;
   if (!lock.held() || !accepts_writes) return;  // the log may have been released during the wait
-  const std::lock_guard file_lock(file_mutex);
+  const std::lock_guard file_lock(file_mutex());
   ReportLog& log = report_log();
   if (log.file != nullptr) {
     append_line(log.file, time, text);
@@ -148,20 +164,18 @@ void* report_mutex_handle() {
 
 void open_report_log() {
   if (activity_log_mode() != ActivityLogMode::kReportFile) return;
-  const std::lock_guard lock(file_mutex);
+  const std::lock_guard lock(file_mutex());
   if (report_log().file == nullptr) open_file(report_log());
 }
 
 void close_report_log() {
   if (activity_log_mode() != ActivityLogMode::kReportFile) return;
-  const std::lock_guard lock(file_mutex);
-  close_file(report_log());
+  if (const std::unique_lock lock = file_mutex_at_shutdown(); lock.owns_lock()) close_file(report_log());
 }
 
 void release_report_log() {
   accepts_writes = false;
-  {
-    const std::lock_guard lock(file_mutex);
+  if (const std::unique_lock lock = file_mutex_at_shutdown(); lock.owns_lock()) {
     ReportLog& log = report_log();
     if (log.file != nullptr) std::fclose(log.file);
     log = {};

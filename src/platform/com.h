@@ -1,4 +1,5 @@
-// COM on the calling thread. This system has none: the calls are counted, so that tests can see they come in pairs.
+// COM on the calling thread. The calls are counted, so that tests can see they come in pairs; where there is no COM
+// that is all they do.
 #pragma once
 
 namespace pv::platform {

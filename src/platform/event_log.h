@@ -1,4 +1,4 @@
-// The system's event log (syslog here).
+// The system's event log (syslog on posix).
 #pragma once
 
 #include <cstdint>

@@ -11,8 +11,9 @@ namespace pv::platform {
 // A loaded library; destroying it unloads it. Movable.
 class Library {
  public:
-  // For "X.DLL": "X.so" in the same directory, else the name as it stands, both looked up without regard to case.
-  // nullopt when neither can be loaded; then `reason`, when given, holds the system's explanation.
+  // On posix for "X.DLL": "X.so" in the same directory, else the name as it stands, both looked up without regard to
+  // case. On Windows the name as it stands. nullopt when none can be loaded; then `reason`, when given, holds the
+  // system's explanation.
   static std::optional<Library> load(std::string_view path, std::string* reason = nullptr);
   ~Library();
   Library(Library&&) noexcept;
@@ -21,7 +22,9 @@ class Library {
   // Leaves the library loaded to the end of the process; this object gives it up.
   void keep_loaded();
 
-  // The function exported as `name`, or nullptr. The caller knows its type.
+  // The function exported as `name`, on 32-bit Windows also as "name@bytes" or "_name@bytes" of its arguments, or
+  // nullptr. The caller knows its type.
+  // Where the system numbers exports, a number below 65536 in the pointer's place finds the function of that ordinal.
   template <class Function>
   Function* find(const char* name) const {
     return reinterpret_cast<Function*>(find_symbol(name));

@@ -7,8 +7,8 @@
 
 namespace pv::platform {
 
-// Lives in shared memory until the system restarts. Where shared memory cannot be had, or the name is not valid, each
-// object is a mutex of its own for the threads that share it.
+// Lives in shared memory until the system restarts; on Windows it is the system's mutex of that name. Where it cannot
+// be had, or the name is not valid, each object is a mutex of its own for the threads that share it.
 class NamedMutex {
  public:
   // `name` has at most 63 bytes of letters, digits, '-', '_' and '.'. Never fails; a mutex that cannot be made at all

@@ -15,6 +15,9 @@ extern const char kPathSeparator;
 // Nothing is cleaned up: a first component that ends in a separator gives a doubled one, which the system accepts.
 std::string join_path(std::initializer_list<std::string_view> components);
 
+// On Windows the system itself looks names up without regard to case, so that a path comes back as spelt, with '\' for
+// '/', from all of the following.
+
 // The path by which an existing file or directory can be opened: `path` itself when it exists as spelt ('\' counts as a
 // separator), else the path found by looking each component up without regard to ASCII case, an exact match first.
 // nullopt when there is no such entry.

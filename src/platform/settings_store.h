@@ -1,9 +1,9 @@
 // The settings of this process: values below HKEY_LOCAL_MACHINE, in the view of a 32-bit process.
 //
-// Here they live in a settings file (platform/settings_file.h), named by the environment variable PVMTAFILTER_SETTINGS,
-// else /etc/pvmtafilter/settings.reg. An edit of the file takes effect at the next read; a read that finds nothing
-// changed costs about a microsecond. A missing or unreadable file is a file without values. Any thread may read and
-// write at any time.
+// They live in a settings file (platform/settings_file.h) that the program or the environment variable
+// PVMTAFILTER_SETTINGS names; when neither does, in /etc/pvmtafilter/settings.reg, on Windows in the registry. An edit
+// of the file takes effect at the next read; a read that finds nothing changed costs about a microsecond. A missing or
+// unreadable file is a file without values. Any thread may read and write at any time.
 #pragma once
 
 #include <cstddef>
@@ -27,15 +27,15 @@ std::optional<std::uint32_t> read_number_setting(std::string_view key_path, std:
 // such key.
 bool for_each_setting_name(std::string_view key_path, const std::function<bool(std::string_view name)>& visit);
 
-// Sets a value, creating its key if needed, under a lock that other processes share, and replaces the file in one step.
-// Writing what is there already writes nothing. False when the file cannot be locked or replaced: it is as it was.
+// Sets a value, creating its key if needed. A file is replaced in one step under a lock that other processes share, and
+// not at all when it holds the value already. False when that fails: the settings are as they were.
 [[nodiscard]] bool write_number_setting(std::string_view key_path, std::string_view name, std::uint32_t number);
 [[nodiscard]] bool write_text_setting(std::string_view key_path, std::string_view name, std::string_view text);
 
-// Where the settings are, for messages: the path of the settings file.
+// Where the settings are, for messages: the path of the settings file, or "HKEY_LOCAL_MACHINE (32-bit view)".
 std::string settings_location();
 
-// Uses the settings file at `path` from now on; an empty path goes back to the environment's. Not while other threads
+// Uses the settings file at `path` from now on; an empty path goes back to the usual ones. Not while other threads
 // read.
 void use_settings_file(std::string_view path);
 

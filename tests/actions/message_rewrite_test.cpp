@@ -2,11 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <system_error>
-
 #include "actions/add_header.h"
 #include "actions/queued_message.h"
 #include "actions/subject_prefix.h"
+#include "platform/system_error.h"
 
 namespace pv {
 namespace {
@@ -117,12 +116,14 @@ TEST_F(SubjectPrefixTest, LineEndsInItBecomeBlanks) {
 }
 
 TEST_F(SubjectPrefixTest, AMessageThatCannotBeOpenedIsReported) {
-  const int error = static_cast<int>(std::errc::no_space_on_device);
+  int error = 0;
   platform::OutputCapture capture;
   {
     const test::FailOperation failure(1);
     EXPECT_TRUE(AddSubjectPrefix(message_, "p", Queue::kInbound));
+    error = platform::last_system_error();
   }
+  EXPECT_NE(error, 0);
   EXPECT_EQ(capture.take(),
             "Failed to open " + tree_.path(test::kMessageFile) + " error " + std::to_string(error) + "\n");
 }

@@ -48,7 +48,7 @@ TEST(FilterInit, LoadsThePluginsOfOtherAgents) {
     server.set_text(kRootKey, "Application Directory", PLUGIN_DIRECTORY);
     if (*c.order != '\0') server.set_text(kFiltersKey, "Processing Order", c.order);
     add_agent(server, "GOOD", "GOOD_AV_PLUGIN.DLL");
-    add_agent(server, "GOOD2", "good_av_plugin.so");
+    add_agent(server, "GOOD2", "Good_AV_plugin.dll");
     add_agent(server, "PLAIN", "plain_av_plugin.dll");
     add_agent(server, "MISSING", "NOT_THERE.DLL");
     add_agent(server, "OFF", "NOT_THERE.DLL", 0, 1);

@@ -156,7 +156,7 @@ TEST(BadInput, AReportDirectoryThatVanishesStopsNoMail) {
   prepare(server);
   server.queue("A.MAI", kCommand, "Subject: a\r\n\r\nbody\r\n");
   const LoadedAgent agent(server);
-  server.remove("logs");
+  if (!server.remove("logs")) GTEST_SKIP() << "this system keeps the directory of an open file";
   EXPECT_EQ(agent.execute("A.MAI"), 1);
   EXPECT_THAT(server.message("A.MAI"), HasSubstr("X-Seen: yes\r\n"));
   server.make_directory("logs");

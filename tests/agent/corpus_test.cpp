@@ -10,9 +10,8 @@
 #include <map>
 #include <thread>
 
+#include "agent/every_criterion.h"
 #include "agent/loaded_agent.h"
-#include "common/registry_access.h"
-#include "filters/criteria_keywords.h"
 #include "platform/output_capture.h"
 
 namespace pv {
@@ -35,44 +34,6 @@ std::map<std::string, std::string> read_corpus() {
   return messages;
 }
 
-// One filter per criterion, so that the report says of each whether it was met and by what.
-void enable_every_criterion(const ServerTree& server) {
-  const std::pair<int, const char*> values[] = {{kSubject, "free,money,re:*,*e*"},
-                                                {kBody, "free,click,<html>,*http*,**="},
-                                                {kTo, "*example*,*@*"},
-                                                {kCc, "*@*"},
-                                                {kToOrCc, "*@*,jane@example.org"},
-                                                {kPriority, "High,Low,Normal"},
-                                                {kFrom, "*@*,[PV_SENDER]"},
-                                                {kSize, "4000"},
-                                                {kHasAttachmentsMatching, "*.txt,*.gif,*.jpg,*.exe"},
-                                                {kHasAnAttachment, ""},
-                                                {kHeadersContain, "Received:*,X-*,MIME*"},
-                                                {kSpf, "pass"},
-                                                {kSenderAuth, "0"},
-                                                {kIpAddress, "192.0.2.*"},
-                                                {kAccount, "example.org"},
-                                                {kConnector, "SMTP"},
-                                                {kBoundaryHeadersContain, "Content-*"},
-                                                {kIpAddressWhitelisted, "1,2"}};
-  std::string table;
-  for (const auto& [slot, value] : values) {
-    const std::string name(kCriteriaKeywords[static_cast<std::size_t>(slot)]);
-    table += name + "\t1\t" + name + "\t\t" + name + "\t\n";
-    server.criteria(name, {{slot, value}});
-    // Each is reported; only the first inserts the prefix, because every rewrite waits for the disk.
-    server.actions(name, {{"ADD_SUBJECT_PREFIX", "[seen] "}});
-  }
-  server.actions("BODY", {{"ADD_HEADER", "X-Words|[PV_MF-W][PV_MF-R][PV_MF-A] [PV_WORDLIST]"}});
-  server.actions("CONNECTOR", {{"ADD_HEADER", "X-Connector|[PV_MF-E]"}});
-  server.write("conf/FILTERS/FILTER.TAB", table);
-  server.set_number(kAgentKey, "Activity Log Enabled", 1);
-}
-
-constexpr char kCommand[] =
-    "Recipients=[SMTP:jane@example.org]\r\nSender=[SMTP:ann@example.com]\r\nClientIP=192.0.2.7\r\n"
-    "Account=example.org\r\nSubject=s\r\n";
-
 // What the report log says of each message, line by line without the times.
 std::map<std::string, std::string> reports(const ServerTree& server) {
   std::map<std::string, std::string> lines;
@@ -91,10 +52,10 @@ struct Outcome {
 
 Outcome filter_corpus(const std::map<std::string, std::string>& corpus, int thread_count) {
   const ServerTree server;
-  enable_every_criterion(server);
+  test::enable_every_criterion(server);
   std::vector<std::string> ids;
   for (const auto& [id, bytes] : corpus) {
-    server.queue(id, kCommand, bytes);
+    server.queue(id, test::kCommandFile, bytes);
     ids.push_back(id);
   }
   platform::OutputCapture quiet;

@@ -6,7 +6,7 @@
 
 extern "C" int32_t PV_CALL PluginInitialize(void) {
   if (const char* path = std::getenv("PLUGIN_TEST_FILE")) {
-    if (std::FILE* file = std::fopen(path, "a")) {
+    if (std::FILE* file = std::fopen(path, "ab")) {
       std::fputs("initialised\n", file);
       std::fclose(file);
     }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -152,8 +151,7 @@ TEST_F(ReloadTest, AnEmptiedTableEndsFiltering) {
 
 TEST_F(ReloadTest, ARequestThatCannotBeResetIsRepeated) {
   ask_for_reload();
-  server_.remove("settings.reg.lock");
-  std::filesystem::create_symlink("nowhere", server_.path("settings.reg.lock"));  // no lock, no write
+  server_.refuse_settings_writes();
   EXPECT_EQ(filtered(), marked("first"));
   EXPECT_EQ(reg_read_dword_or(kAgentKey, "Reload", 9), 1u);
   mark_with("second");

@@ -71,8 +71,7 @@ TEST(PublishCounter, WritesNothingWhileOffAndReportsTheFirstFailureOnly) {
   publish_counter(kCountersKey, "SA Total Scans", 3);
   EXPECT_EQ(reg_read_dword_or(kCountersKey, "SA Total Scans", 0), 3U);
 
-  tree.remove("settings.reg.lock");
-  std::filesystem::create_symlink("nowhere", tree.path("settings.reg.lock"));  // so that nobody can lock the settings
+  tree.refuse_settings_writes();
   platform::OutputCapture output;
   publish_counter(kCountersKey, "SA Total Scans", 4);
   publish_counter(kCountersKey, "SA Detections", 1);

@@ -14,8 +14,10 @@
 #include "common/output.h"
 #include "common/registry_access.h"
 #include "platform/clock.h"
+#include "platform/debugger_output.h"
 #include "platform/environment.h"
 #include "platform/output_capture.h"
+#include "platform/paths.h"
 #include "support/server_tree.h"
 
 namespace pv {
@@ -121,7 +123,7 @@ TEST_F(ReportLogTest, AMissingDirectoryIsTriedAgainAtTheChangeOfDay) {
 
 TEST_F(ReportLogTest, AFileThatCannotBeOpenedAtTheChangeOfDayIsNotRecorded) {
   start(1);
-  tree_.remove("logs");
+  if (!tree_.remove("logs")) GTEST_SKIP() << "this system keeps the directory of an open file";
   report_write("into a file without a name\n");
   platform::set_time_of_day_for_test(kLateEvening + 15);
   report_write("closes it\n");
@@ -134,6 +136,7 @@ TEST_F(ReportLogTest, PathsHaveALimit) {
   for (const std::size_t length : {511U, 512U}) {  // of the whole path
     std::string directory = tree_.path("logs");
     directory.resize(length - std::string(kDayOne).size() - 1, '/');  // separators count once
+    if (!platform::existing_path(directory)) GTEST_SKIP() << "this system has no paths of this length";
     tree_.set_text(kAgentKey, "Activity Log Directory", directory);
     start(1);
     EXPECT_EQ(report_log().file != nullptr, length == 511) << length;
@@ -163,7 +166,8 @@ TEST_F(ReportLogTest, OtherModesMakeNoFile) {
     report_write("Reloading filters due to change.\n");
     close_report_log();
     EXPECT_EQ(output.take(), c.standard_output) << c.what;
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), c.debugger_output) << c.what;
+    const std::string standard_error = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(standard_error, platform::kDebuggerReadsStandardError ? c.debugger_output : "") << c.what;
     EXPECT_THAT(tree_.names("logs"), IsEmpty()) << c.what;
   }
 }

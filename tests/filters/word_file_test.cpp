@@ -8,6 +8,7 @@
 
 #include "common/agent_settings.h"
 #include "filters/printed_by.h"
+#include "support/native_path.h"
 #include "support/server_tree.h"
 
 namespace pv {
@@ -45,7 +46,7 @@ TEST(ResolveWordFile, PathByScope) {
     copy_bounded(set.mailbox, c.mailbox);
     WordFilePath path;
     EXPECT_EQ(ResolveWordFile(set, "/c", c.value, path), !c.path.empty()) << c.what;
-    EXPECT_EQ(path.view(), c.path) << c.what;
+    EXPECT_EQ(test::native_path(path), test::native_path(c.path)) << c.what;
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "platform/environment.h"
 
 namespace pv {
@@ -67,6 +69,24 @@ TEST_F(ClockTest, PartsCountAsPeopleDo) {
   EXPECT_EQ(time.day_of_week, 1);
   EXPECT_EQ(time.second, 15);
   EXPECT_EQ(platform::unix_seconds(), kWinter);
+}
+
+std::int64_t as_if_utc(const platform::LocalTime& time) {
+  using namespace std::chrono;
+  const sys_days date = year(time.year) / time.month / time.day;
+  return (date + hours(time.hour) + minutes(time.minute) + seconds(time.second)).time_since_epoch().count();
+}
+
+// Of the system's own time, whatever its zone is.
+TEST_F(ClockTest, LocalTimeAndBiasGiveTheTimeThatUnixCounts) {
+  const std::int64_t before = platform::unix_seconds();
+  const std::int64_t local = as_if_utc(local_time());
+  const std::int64_t after = platform::unix_seconds();
+  const platform::ZoneBias zone = platform::zone_bias();
+  const std::int64_t bias = zone.bias + (zone.daylight ? zone.daylight_bias : zone.standard_bias);
+  const std::int64_t utc = local + bias * 60;
+  EXPECT_LE(before, utc);
+  EXPECT_LE(utc, after);
 }
 
 TEST_F(ClockTest, AChangedZoneCountsOnceItIsReadAgain) {

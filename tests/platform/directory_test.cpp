@@ -40,13 +40,11 @@ constexpr SearchCase kSearches[] = {
     {"a trailing separator", "Sub/", nullptr},
     {"no such directory", "none/*", nullptr},
     {"a file is no directory", "beta/*", nullptr},
-    {"a link that leads nowhere", "dangling*", nullptr},
 };
 
 TEST(FindFirstEntry, ByNameOrWildcard) {
   const TemporaryDirectory directory;
   for (const char* file : {"gamma.txt.bak", "beta", "Alpha.TXT", "Sub/inner"}) directory.write(file, "12345");
-  std::filesystem::create_symlink("nowhere", directory.path("dangling"));
   for (const SearchCase& c : kSearches) {
     const auto entry = find_first_entry(directory.path() + "/" + c.path);
     ASSERT_EQ(entry.has_value(), c.name != nullptr) << c.what;

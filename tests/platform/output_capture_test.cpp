@@ -1,24 +1,28 @@
 #include "platform/output_capture.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdio>
+
+#include "platform/library.h"
 
 namespace pv {
 namespace {
 
 using platform::OutputCapture;
 
-TEST(OutputCapture, CatchesWhatGoesPastTheStreamToo) {
+TEST(OutputCapture, CatchesWhatLoadedLibrariesPrint) {
+  const auto plugin = platform::Library::load(PV_TEST_PLUGIN);
+  ASSERT_TRUE(plugin);
+  void (*const print)() = plugin->find<void()>("plugin_print");
+  ASSERT_NE(print, nullptr);
   OutputCapture outer;
   {
     std::printf("before ");
     OutputCapture inner;
     std::printf("printed\n");
-    std::fflush(stdout);
-    EXPECT_EQ(::write(STDOUT_FILENO, "written\n", 8), 8);
-    EXPECT_EQ(inner.take(), "printed\nwritten\n");
+    print();
+    EXPECT_EQ(inner.take(), "printed\nthe plug-in's\n");
     EXPECT_EQ(inner.take(), "");
     std::printf("after");
   }

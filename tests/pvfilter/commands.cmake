@@ -3,10 +3,14 @@ cmake_minimum_required(VERSION 3.24)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 
-# run(<argument>...): runs pvfilter; sets `status`, `out` and `err`.
+# run(<argument>...): runs pvfilter; sets `status`, `out` and `err`. Through files, because a pipe into Wine stays open.
 function(run)
-  execute_process(COMMAND ${PVFILTER} ${ARGN} WORKING_DIRECTORY ${WORK}
-                  RESULT_VARIABLE result OUTPUT_VARIABLE printed ERROR_VARIABLE complained)
+  execute_process(COMMAND ${EMULATOR} ${PVFILTER} ${ARGN} WORKING_DIRECTORY ${WORK}
+                  RESULT_VARIABLE result OUTPUT_FILE ${WORK}/out.txt ERROR_FILE ${WORK}/err.txt)
+  file(READ ${WORK}/out.txt printed)
+  file(READ ${WORK}/err.txt complained)
+  string(REPLACE "\r\n" "\n" printed "${printed}")
+  string(REPLACE "\r\n" "\n" complained "${complained}")
   set(status "${result}" PARENT_SCOPE)
   set(out "${printed}" PARENT_SCOPE)
   set(err "${complained}" PARENT_SCOPE)

@@ -42,8 +42,10 @@ bool TemporaryDirectory::exists(std::string_view relative) const {
   return fs::exists(path_ / relative);
 }
 
-void TemporaryDirectory::remove(std::string_view relative) const {
-  fs::remove_all(path_ / relative);
+bool TemporaryDirectory::remove(std::string_view relative) const {
+  std::error_code error;
+  fs::remove_all(path_ / relative, error);
+  return !error;
 }
 
 void TemporaryDirectory::make_directory(std::string_view relative) const {
@@ -86,6 +88,13 @@ ServerTree::ServerTree() {
 
 ServerTree::~ServerTree() {
   platform::use_settings_file({});
+}
+
+void ServerTree::refuse_settings_writes() const {
+  remove("settings.reg.lock");
+  std::error_code no_links;
+  fs::create_symlink("nowhere", path("settings.reg.lock"), no_links);
+  if (no_links) make_directory("settings.reg.lock");
 }
 
 void ServerTree::set_number(std::string_view key, std::string_view name, std::uint32_t number) const {

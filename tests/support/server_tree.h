@@ -21,14 +21,15 @@ class TemporaryDirectory {
 
   std::string path() const { return path_.string(); }
   // Absolute path of something in it, given with '/'.
-  std::string path(std::string_view relative) const { return (path_ / relative).string(); }
+  std::string path(std::string_view relative) const { return (path_ / relative).make_preferred().string(); }
 
   // Bytes as they are; missing parent directories are made.
   void write(std::string_view relative, std::string_view bytes) const;
   // The empty text when there is no such file.
   std::string read(std::string_view relative) const;
   bool exists(std::string_view relative) const;
-  void remove(std::string_view relative) const;
+  // False when the system keeps it, as some do with files that are open.
+  bool remove(std::string_view relative) const;
   void make_directory(std::string_view relative) const;
   // The names of the entries of a directory, sorted.
   std::vector<std::string> names(std::string_view relative) const;
@@ -48,6 +49,8 @@ class ServerTree : public TemporaryDirectory {
 
   void set_number(std::string_view key, std::string_view name, std::uint32_t number) const;
   void set_text(std::string_view key, std::string_view name, std::string_view text) const;
+  // From now on the agent cannot write settings: their lock cannot be had.
+  void refuse_settings_writes() const;
 
   // FILTER.TAB: one enabled row per definition name, whose display name is "<name> filter".
   void filters(std::initializer_list<std::string> definition_names) const;

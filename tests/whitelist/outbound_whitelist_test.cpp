@@ -93,7 +93,10 @@ TEST_F(OutboundWhitelist, NoNameLeadsOutOfItsDirectory) {
   for (const std::string& name : {"office"s, std::string(208, 'p'), std::string(209, 'p')}) {
     server_.write("conf/Postoffices/" + name + "/Connections/Whitelist/1.1.1.1.tab", "");
   }
-  EXPECT_TRUE(IsOutboundWhiteListed("1.1.1.1", std::string(208, 'p'), "")) << "a path of 255 bytes";
+  const std::string longest(208, 'p');
+  const std::string marker = "conf/Postoffices/" + longest + "/Connections/Whitelist/1.1.1.1.tab";
+  // The path of 255 bytes is longer than some systems take together with the directory.
+  EXPECT_EQ(IsOutboundWhiteListed("1.1.1.1", longest, ""), platform::existing_path(server_.path(marker)).has_value());
   const struct {
     const char* what;
     std::string address;

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "platform/posix/file_faults.h"
-#include "platform/posix/kept_errno.h"
+#include "platform/file_faults.h"
+#include "platform/last_error.h"
 
 namespace pv::platform {
 namespace {
@@ -25,17 +25,29 @@ Descriptor refused() {
   return {};
 }
 
+int open_flags(Disposition disposition) {
+  switch (disposition) {
+    case Disposition::kReplace:
+      return O_TRUNC;
+    case Disposition::kAppend:
+      return O_APPEND;
+    case Disposition::kCreateNew:
+      return O_EXCL;
+  }
+  return O_EXCL;
+}
+
 }  // namespace
 
 Descriptor::Descriptor(int number) : number_(number) {
   if (number < STDIN_FILENO || number > STDERR_FILENO) return;
   number_ = ::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-  const KeptErrno kept;
+  const KeptSystemError kept;
   ::close(number);
 }
 
 void Descriptor::reset() {
-  const KeptErrno kept;
+  const KeptSystemError kept;
   if (is_open()) ::close(release());
 }
 
@@ -46,7 +58,7 @@ Descriptor open_regular_file(const std::string& path) {
   return file;
 }
 
-Descriptor open_output(const std::string& path, int flags, mode_t mode) {
+Descriptor open_output_with(const std::string& path, int flags, mode_t mode) {
   if (fails_for_test(FileOperation::kOpen)) return {};
   Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | kSafely | flags, mode));
   if (!file.is_open()) return file;
@@ -57,7 +69,17 @@ Descriptor open_output(const std::string& path, int flags, mode_t mode) {
   return file;
 }
 
-ssize_t read_block(const Descriptor& file, std::span<char> block) {
+Descriptor open_output(const std::string& path, Disposition disposition) {
+  return open_output_with(path, open_flags(disposition), 0666);
+}
+
+std::optional<std::uint64_t> file_size(const Descriptor& file) {
+  struct stat status;
+  if (::fstat(file.number(), &status) != 0) return std::nullopt;
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::ptrdiff_t read_block(const Descriptor& file, std::span<char> block) {
   if (fails_for_test(FileOperation::kRead)) return -1;
   ssize_t got;
   do {
@@ -79,6 +101,15 @@ std::size_t write_most(int number, std::string_view bytes) {
 
 bool write_all(int number, std::string_view bytes) {
   return write_most(number, bytes) == bytes.size();
+}
+
+bool write_all(const Descriptor& file, std::string_view bytes) {
+  return write_all(file.number(), bytes);
+}
+
+// Linux has released the descriptor even when it reports EINTR.
+bool close_checked(Descriptor& file) {
+  return ::close(file.release()) == 0 || errno == EINTR;
 }
 
 }  // namespace pv::platform

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ascii_case.h"
+#include "platform/path_parts.h"
 #include "platform/paths.h"
-#include "platform/posix/ascii_case.h"
-#include "platform/posix/path_parts.h"
 
 namespace pv::platform {
 

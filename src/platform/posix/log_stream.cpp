@@ -2,17 +2,15 @@
 // hands it to the system in one write at the end of the file.
 #include "platform/log_stream.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <array>
 #include <memory>
 #include <string>
 
 #include "platform/file.h"
+#include "platform/file_faults.h"
 #include "platform/paths.h"
 #include "platform/posix/descriptor.h"
-#include "platform/posix/file_faults.h"
 
 namespace pv::platform {
 namespace {
@@ -60,7 +58,7 @@ int close_log(void* cookie) {
 }  // namespace
 
 std::FILE* open_log_stream(std::string_view path) {
-  Descriptor file = open_output(creatable_path(path), O_APPEND);
+  Descriptor file = open_output(creatable_path(path), Disposition::kAppend);
   if (!file.is_open()) return nullptr;
   auto log = std::make_unique_for_overwrite<Log>();
   log->file = std::move(file);

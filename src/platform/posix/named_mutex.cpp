@@ -19,8 +19,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/last_error.h"
 #include "platform/posix/descriptor.h"
-#include "platform/posix/kept_errno.h"
 
 namespace pv::platform {
 namespace {
@@ -109,7 +109,7 @@ SharedMutex* create_object(const std::string& path) {
   if (!object.is_open()) return nullptr;
   SharedMutex* shared = initialised(object);
   const bool published = shared != nullptr && ::link(own.c_str(), path.c_str()) == 0;
-  const KeptErrno kept;
+  const KeptSystemError kept;
   ::unlink(own.c_str());
   if (published) return shared;
   unmap(shared);

@@ -6,9 +6,9 @@
 #include <cerrno>
 #include <climits>
 
-#include "platform/posix/ascii_case.h"
-#include "platform/posix/directory_names.h"
-#include "platform/posix/path_parts.h"
+#include "platform/ascii_case.h"
+#include "platform/directory_names.h"
+#include "platform/path_parts.h"
 
 namespace pv::platform {
 namespace {
@@ -26,7 +26,7 @@ std::string stored_name(const std::string& directory, const std::string& name) {
   std::string upper = name;
   std::transform(upper.begin(), upper.end(), upper.begin(), ascii_upper);
   if (exists(directory + upper)) return upper;
-  DirectoryNames names(directory.empty() ? "." : directory);
+  DirectoryNames names(directory);
   std::string best;
   while (const char* entry = names.next()) {
     if (equal_nocase(entry, name) && (best.empty() || entry < best)) best = entry;
@@ -61,25 +61,11 @@ std::string in_existing_directory(const std::string& path) {
 
 extern const char kPathSeparator = '/';
 
-std::string join_path(std::initializer_list<std::string_view> components) {
-  std::string path;
-  const char* separator = "";
-  for (const std::string_view component : components) {
-    path.append(separator).append(component);
-    separator = "/";
-  }
-  return path;
-}
-
 std::string system_form(std::string_view path) {
   if (path.size() >= PATH_MAX || path.find('\0') != std::string_view::npos) return {};
   std::string form(path);
   std::replace(form.begin(), form.end(), '\\', '/');
   return form;
-}
-
-std::string_view last_component(std::string_view path) {
-  return path.substr(path.find_last_of("/\\") + 1);
 }
 
 std::string path_in_existing_directory(std::string_view path) {

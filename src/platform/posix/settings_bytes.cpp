@@ -1,4 +1,4 @@
-#include "platform/posix/settings_bytes.h"
+#include "platform/settings_bytes.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,12 +8,11 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "platform/posix/descriptor.h"
+#include "platform/descriptor.h"
 
 namespace pv::platform {
 namespace {
 
-constexpr mode_t kAccessRights = 0777;
 // File times move in ticks of the kernel's clock, 10 ms at most; the rest is margin for disks with a coarser one.
 constexpr std::int64_t kSettledAfter_ns = 100'000'000;
 
@@ -22,7 +21,12 @@ std::int64_t nanoseconds(const timespec& time) {
 }
 
 SettingsIdentity identity_of(const struct stat& status) {
-  return {true, status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
+  return {true,
+          status.st_dev,
+          status.st_ino,
+          static_cast<std::uint64_t>(status.st_size),
+          nanoseconds(status.st_mtim),
+          nanoseconds(status.st_ctim)};
 }
 
 // A time of change in the future counts by its distance too: the clock was set back, and the next change gets a time
@@ -57,10 +61,7 @@ bool read_all(const Descriptor& file, std::size_t expected_size, std::string& by
 
 void note_status(const struct stat& status, SettingsBytes& file) {
   file.identity = identity_of(status);
-  file.settled = is_settled(file.identity.changed_ns);
-  file.rights = status.st_mode & kAccessRights;
-  file.owner = status.st_uid;
-  file.group = status.st_gid;
+  file.settled = is_settled(file.identity.changed);
 }
 
 SettingsRead read_open_file(const Descriptor& descriptor, SettingsBytes& file) {

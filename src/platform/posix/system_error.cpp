@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/last_error.h"
+
 namespace pv::platform {
 namespace {
 
@@ -17,8 +19,19 @@ namespace {
 
 }  // namespace
 
+const int kNotFoundError = ENOENT;
+const int kExistsError = EEXIST;
+const int kNotOpenError = EBADF;
+const int kInvalidError = EINVAL;
+const int kTooLargeError = EFBIG;
+const int kDiskFullError = ENOSPC;
+
 int last_system_error() {
   return errno;
+}
+
+void set_last_system_error(int code) {
+  errno = code;
 }
 
 std::string system_error_text(int code) {

@@ -1,0 +1,159 @@
+// Reading files. Text mode translates where a line or block is handed out and not where it is read: a CR LF can only
+// stand at the end of a line, so the CR of the pair is overwritten with the LF and nothing is moved.
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+
+#include "platform/descriptor.h"
+#include "platform/file.h"
+#include "platform/paths.h"
+
+namespace pv::platform {
+
+struct InputFile::State {
+  Descriptor file;
+  bool text = false;
+  bool ended = false;  // the system said so, or failed
+  bool failed = false;
+  std::size_t begin = 0;  // buffer[begin, end) was read and not handed out
+  std::size_t end = 0;
+  std::array<char, 65536> buffer;
+
+  char* next() { return buffer.data() + begin; }
+  std::size_t available() const { return end - begin; }
+  bool fill();
+  bool have(std::size_t count);
+  std::string_view take_line(std::size_t raw_length);
+  std::string_view take(std::size_t length);
+  std::size_t read_text(std::span<char> block);
+  std::size_t read_binary(std::span<char> block);
+};
+static_assert(sizeof(std::array<char, 65536>) > InputFile::kLargestLine, "a line and what follows it must fit");
+
+namespace {
+
+std::size_t find_or(std::string_view text, char wanted, std::size_t otherwise) {
+  const std::size_t found = text.find(wanted);
+  return found == std::string_view::npos ? otherwise : found;
+}
+
+}  // namespace
+
+// Reads more behind what is there. False: nothing came, the file has ended or failed.
+bool InputFile::State::fill() {
+  if (ended) return false;
+  std::memmove(buffer.data(), next(), available());
+  end = available();
+  begin = 0;
+  const std::ptrdiff_t got = read_block(file, std::span(buffer).subspan(end));
+  failed = got < 0;
+  ended = got <= 0;
+  if (!ended) end += static_cast<std::size_t>(got);
+  return !ended;
+}
+
+bool InputFile::State::have(std::size_t count) {
+  while (available() < count) {
+    if (!fill()) return false;
+  }
+  return true;
+}
+
+std::string_view InputFile::State::take(std::size_t length) {
+  const std::string_view taken(next(), length);
+  begin += length;
+  return taken;
+}
+
+// `raw_length` bytes that end in LF.
+std::string_view InputFile::State::take_line(std::size_t raw_length) {
+  char* line = next();
+  begin += raw_length;
+  if (!text || raw_length < 2 || line[raw_length - 2] != '\r') return {line, raw_length};
+  line[raw_length - 2] = '\n';
+  return {line, raw_length - 1};
+}
+
+std::size_t InputFile::State::read_text(std::span<char> block) {
+  std::size_t filled = 0;
+  while (filled < block.size() && have(1)) {
+    const std::size_t most = std::min(available(), block.size() - filled);
+    const std::size_t plain = find_or({next(), most}, '\r', most);
+    if (plain > 0) {
+      std::memcpy(block.data() + filled, take(plain).data(), plain);
+      filled += plain;
+    } else if (have(2) && next()[1] == '\n') {
+      ++begin;  // the LF goes out as a plain byte
+    } else {
+      block[filled++] = take(1).front();
+    }
+  }
+  return filled;
+}
+
+std::size_t InputFile::State::read_binary(std::span<char> block) {
+  std::size_t filled = 0;
+  while (filled < block.size() && have(1)) {
+    const std::size_t count = std::min(available(), block.size() - filled);
+    std::memcpy(block.data() + filled, take(count).data(), count);
+    filled += count;
+  }
+  return filled;
+}
+
+InputFile::InputFile() = default;
+InputFile::~InputFile() = default;
+InputFile::InputFile(InputFile&&) noexcept = default;
+InputFile& InputFile::operator=(InputFile&&) noexcept = default;
+
+bool InputFile::open(std::string_view path, FileMode mode) {
+  state_.reset();
+  const auto found = existing_path(path);
+  if (!found) return false;
+  Descriptor file = open_regular_file(*found);
+  if (!file.is_open()) return false;
+  state_ = std::make_unique_for_overwrite<State>();  // the buffer needs no zeros
+  state_->file = std::move(file);
+  state_->text = mode == FileMode::kText;
+  return true;
+}
+
+bool InputFile::is_open() const {
+  return state_ != nullptr;
+}
+
+std::optional<std::string_view> InputFile::read_line(std::size_t capacity) {
+  if (!state_) return std::nullopt;
+  State& state = *state_;
+  const std::size_t limit = std::min(std::max<std::size_t>(capacity, 2), kLargestLine) - 1;
+  // One byte more than a piece may have: only it tells whether a CR LF ends just behind the piece's last character.
+  const std::size_t window = limit + 1;
+  std::size_t searched = 0;
+  while (true) {
+    const std::size_t most = std::min(state.available(), window);
+    const std::string_view unsearched(state.next() + searched, most - searched);
+    const std::size_t line_feed = unsearched.find('\n');
+    if (line_feed != std::string_view::npos) {
+      const std::size_t raw_length = searched + line_feed + 1;
+      const bool fits = raw_length <= limit || (state.text && state.next()[raw_length - 2] == '\r');
+      return fits ? state.take_line(raw_length) : state.take(limit);
+    }
+    if (most == window) return state.take(limit);
+    searched = most;
+    if (!state.fill()) break;
+  }
+  if (state.failed || state.available() == 0) return std::nullopt;
+  return state.take(state.available());
+}
+
+std::size_t InputFile::read(std::span<char> block) {
+  if (!state_) return 0;
+  return state_->text ? state_->read_text(block) : state_->read_binary(block);
+}
+
+bool InputFile::failed() const {
+  return state_ != nullptr && state_->failed;
+}
+
+}  // namespace pv::platform

@@ -1,0 +1,182 @@
+#include "platform/settings_in_file.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "platform/environment.h"
+#include "platform/last_error.h"
+#include "platform/settings_bytes.h"
+#include "platform/settings_update.h"
+
+namespace pv::platform {
+namespace {
+
+constexpr char kVariable[] = "PVMTAFILTER_SETTINGS";
+constexpr std::size_t kLongestPath = 4095;  // bytes; no system here opens a longer one
+
+// The bytes are kept beside what they mean: a file that was only touched need not be parsed again.
+struct Parsed {
+  std::string bytes;
+  SettingsContent content;
+};
+
+struct Snapshot {
+  SettingsIdentity identity;
+  // False: the file was read so soon after its last change that a further change might have the same identity. What was
+  // read is then good for that read alone.
+  bool settled = false;
+  std::shared_ptr<const Parsed> parsed;
+};
+
+enum class Choice {
+  kNone,  // to be made at the first read
+  kFile,
+  kNoFile,
+};
+
+// The path stays over forget_settings_file(), so it is no std::string, whose memory would stay too.
+constinit std::array<char, kLongestPath + 1> chosen_path{};  // set before choice, then read-only
+constinit std::atomic<Choice> choice{Choice::kNone};
+
+struct Mutexes {
+  std::mutex choosing;
+  std::mutex reading;   // held by the thread that reads the file; taken before `snapshot`
+  std::mutex snapshot;  // guards the variable
+};
+
+constinit Snapshot* snapshot = nullptr;
+
+// Never destroyed: at the end of the process other threads may still read settings.
+Mutexes& mutexes() {
+  alignas(Mutexes) static std::byte memory[sizeof(Mutexes)];
+  static Mutexes& made = *::new (static_cast<void*>(memory)) Mutexes;
+  return made;
+}
+
+Choice choose_path(std::string_view chosen) {
+  chosen_path.fill('\0');
+  if (chosen.size() < chosen_path.size()) std::copy(chosen.begin(), chosen.end(), chosen_path.begin());
+  return Choice::kFile;
+}
+
+Choice choose_path_of_environment() {
+  const std::string named = environment_variable(kVariable).value_or(std::string());
+  if (!named.empty()) return choose_path(named);
+  return kUsualSettingsFile != nullptr ? choose_path(kUsualSettingsFile) : Choice::kNoFile;
+}
+
+std::shared_ptr<const Parsed> published(const SettingsIdentity& identity) {
+  const std::lock_guard lock(mutexes().snapshot);
+  const bool valid = snapshot != nullptr && snapshot->settled && snapshot->identity == identity;
+  return valid ? snapshot->parsed : nullptr;
+}
+
+std::shared_ptr<const Parsed> last_published() {
+  const std::lock_guard lock(mutexes().snapshot);
+  return snapshot != nullptr ? snapshot->parsed : nullptr;
+}
+
+void publish(Snapshot fresh) {
+  auto replacement = std::make_unique<Snapshot>(std::move(fresh));
+  const std::lock_guard lock(mutexes().snapshot);
+  replacement.reset(std::exchange(snapshot, replacement.release()));
+}
+
+std::shared_ptr<const Parsed> parse(std::string bytes) {
+  auto parsed = std::make_shared<Parsed>();
+  parsed->content = parse_settings(bytes);
+  parsed->bytes = std::move(bytes);
+  return parsed;
+}
+
+// By the holder of the mutex for reading.
+std::shared_ptr<const Parsed> read_file(const char* path) {
+  SettingsBytes file = read_settings_bytes(path);
+  std::shared_ptr<const Parsed> last = last_published();
+  // Short of descriptors for a moment: yesterday's settings are better than none, with which mail would go astray.
+  if (file.outcome == SettingsRead::kNotNow && last != nullptr) return last;
+  // An editor that writes in place empties the file first. Until the file has been at rest for a moment, that is no
+  // reason to filter without settings.
+  const bool being_written = !file.settled && (file.outcome == SettingsRead::kUnreadable || file.bytes.empty());
+  if (being_written && last != nullptr) return last;
+  std::shared_ptr<const Parsed> parsed =
+      last != nullptr && last->bytes == file.bytes ? std::move(last) : parse(std::move(file.bytes));
+  publish({file.identity, file.settled && file.outcome != SettingsRead::kNotNow, parsed});
+  return parsed;
+}
+
+// The settings as the file has them now. Threads that find it changed wait for the first of them to read it.
+std::shared_ptr<const Parsed> current() {
+  const KeptSystemError kept;  // a missing file is none of the caller's failures
+  const char* const path = settings_file_path();
+  if (auto parsed = published(settings_identity(path))) return parsed;
+  const std::lock_guard lock(mutexes().reading);
+  if (auto parsed = published(settings_identity(path))) return parsed;
+  return read_file(path);
+}
+
+}  // namespace
+
+const char* settings_file_path() {
+  if (choice.load(std::memory_order_acquire) == Choice::kNone) {
+    const std::lock_guard lock(mutexes().choosing);
+    if (choice.load(std::memory_order_relaxed) == Choice::kNone) {
+      choice.store(choose_path_of_environment(), std::memory_order_release);
+    }
+  }
+  return choice.load(std::memory_order_relaxed) == Choice::kFile ? chosen_path.data() : nullptr;
+}
+
+void choose_settings_file(std::string_view chosen) {
+  choice.store(chosen.empty() ? choose_path_of_environment() : choose_path(chosen), std::memory_order_release);
+  forget_settings_file();
+}
+
+std::optional<std::size_t> read_text_in_file(std::string_view key_path, std::string_view name, std::span<char> out) {
+  const std::shared_ptr<const Parsed> parsed = current();
+  const SettingValue* value = parsed->content.find(key_path, name);
+  const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
+  if (text == nullptr || text->size() >= out.size()) return std::nullopt;
+  std::copy(text->begin(), text->end(), out.begin());
+  return text->size();
+}
+
+std::optional<std::uint32_t> read_number_in_file(std::string_view key_path, std::string_view name) {
+  const std::shared_ptr<const Parsed> parsed = current();
+  const SettingValue* value = parsed->content.find(key_path, name);
+  const auto* number = value == nullptr ? nullptr : std::get_if<std::uint32_t>(value);
+  if (number == nullptr) return std::nullopt;
+  return *number;
+}
+
+bool for_each_name_in_file(std::string_view key_path, const std::function<bool(std::string_view name)>& visit) {
+  const std::shared_ptr<const Parsed> parsed = current();
+  const SettingKey* key = parsed->content.find_key(key_path);
+  if (key == nullptr) return false;
+  for (const std::string& name : key->names) {
+    if (!visit(name)) break;
+  }
+  return true;
+}
+
+bool write_in_file(std::string_view key_path, std::string_view name, const SettingValue& value) {
+  const std::shared_ptr<const Parsed> parsed = current();
+  const SettingValue* held = parsed->content.find(key_path, name);
+  if (held != nullptr && *held == value) return true;
+  return update_settings_file(settings_file_path(), key_path, name, value);
+}
+
+void forget_settings_file() {
+  std::unique_ptr<Snapshot> forgotten;
+  const std::lock_guard lock(mutexes().snapshot);
+  forgotten.reset(std::exchange(snapshot, nullptr));
+}
+
+}  // namespace pv::platform
