@@ -4,12 +4,14 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <string>
 #include <utility>
 
+#include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/last_error.h"
 #include "platform/settings_bytes.h"
@@ -96,16 +98,30 @@ std::shared_ptr<const Parsed> parse(std::string bytes) {
   return parsed;
 }
 
+// When the file was first seen empty after it had held something; negative: it is not. Guarded by the reading mutex.
+constinit std::int64_t emptied_at_ms = -1;
+constexpr std::int64_t kAtRestAfter_ms = 100;
+
+// An editor that writes in place empties the file first. Until it has been at rest for a moment, that is no reason to
+// filter without settings. By our own clock: an emptied file keeps its old time for an instant.
+bool is_being_written(const SettingsBytes& file, const Parsed& last) {
+  if (!file.settled && file.outcome == SettingsRead::kUnreadable) return true;
+  if (file.outcome != SettingsRead::kRead || !file.bytes.empty() || last.bytes.empty()) {
+    emptied_at_ms = -1;
+    return false;
+  }
+  const std::int64_t now = process_clock_ms();
+  if (emptied_at_ms < 0) emptied_at_ms = now;
+  return now - emptied_at_ms < kAtRestAfter_ms;
+}
+
 // By the holder of the mutex for reading.
 std::shared_ptr<const Parsed> read_file(const char* path) {
   SettingsBytes file = read_settings_bytes(path);
   std::shared_ptr<const Parsed> last = last_published();
   // Short of descriptors for a moment: yesterday's settings are better than none, with which mail would go astray.
   if (file.outcome == SettingsRead::kNotNow && last != nullptr) return last;
-  // An editor that writes in place empties the file first. Until the file has been at rest for a moment, that is no
-  // reason to filter without settings.
-  const bool being_written = !file.settled && (file.outcome == SettingsRead::kUnreadable || file.bytes.empty());
-  if (being_written && last != nullptr) return last;
+  if (last != nullptr && is_being_written(file, *last)) return last;
   std::shared_ptr<const Parsed> parsed =
       last != nullptr && last->bytes == file.bytes ? std::move(last) : parse(std::move(file.bytes));
   publish({file.identity, file.settled && file.outcome != SettingsRead::kNotNow, parsed});

@@ -1,6 +1,8 @@
 #include "platform/settings_update.h"
 
+#include <algorithm>
 #include <chrono>
+#include <string>
 #include <thread>
 
 #include "platform/settings_bytes.h"
@@ -11,6 +13,8 @@ namespace {
 
 constexpr std::chrono::seconds kLockLimit{5};
 constexpr std::chrono::milliseconds kLockPause{1};
+constexpr std::chrono::milliseconds kWriterPause{10};
+constexpr int kMaxPauses = 15;
 constexpr int kMaxRounds = 5;  // how often an edit from outside makes us start again
 
 // We ask again and again, as signals, which could end a wait, belong to the program that loaded us. A write holds the
@@ -25,11 +29,28 @@ bool wait_for(SettingsLock& lock) {
   }
 }
 
+// Whether somebody seems to be in the middle of writing the file in place: to replace it now would lose the rest.
+bool is_unfinished(const SettingsBytes& file) {
+  if (file.settled || file.outcome != SettingsRead::kRead) return false;
+  return file.bytes.empty() ||
+         file.bytes.find('\n', file.bytes.size() - std::min<std::size_t>(file.bytes.size(), 2)) == std::string::npos;
+}
+
+// Gives such a writer the moment that it needs; the file counts as settled after that in any case.
+SettingsBytes read_finished_bytes(const char* path) {
+  SettingsBytes file = read_settings_bytes(path);
+  for (int i = 0; i < kMaxPauses && is_unfinished(file); ++i) {
+    std::this_thread::sleep_for(kWriterPause);
+    file = read_settings_bytes(path);
+  }
+  return file;
+}
+
 enum class Round { kDone, kFailed, kAgain };
 
 Round update_once(const std::string& target, std::string_view key_path, std::string_view name,
                   const SettingValue& value) {
-  const SettingsBytes old = read_settings_bytes(target.c_str());
+  const SettingsBytes old = read_finished_bytes(target.c_str());
   if (old.outcome != SettingsRead::kRead && old.outcome != SettingsRead::kMissing) return Round::kFailed;
   const std::string changed = with_setting(old.bytes, key_path, name, value);
   if (changed == old.bytes) {
