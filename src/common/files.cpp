@@ -4,7 +4,6 @@
 #include <limits>
 #include <optional>
 
-#include "common/formats.h"
 #include "platform/directory.h"
 #include "platform/guid.h"
 
@@ -22,10 +21,8 @@ std::int32_t file_size(std::string_view path) {
 }
 
 BoundedText<33> guid_hex() {
-  const platform::Guid guid = platform::new_guid();
   BoundedText<33> text;
-  text.cut(format_text_40("%08X%04X%04X", guid.data1, unsigned{guid.data2}, unsigned{guid.data3}));
-  for (const std::uint8_t byte : guid.data4) text.append_cut(format_text_40("%02X", unsigned{byte}));
+  text.cut(platform::guid_digits(platform::new_guid()));
   return text;
 }
 

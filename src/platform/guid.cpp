@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 
 #include "platform/environment.h"
 #include "platform/random_guid.h"
@@ -30,6 +31,16 @@ Guid new_guid() {
   guid.data3 = static_cast<std::uint16_t>((guid.data3 & 0x0fffu) | 0x4000u);   // version 4
   guid.data4[0] = static_cast<std::uint8_t>((guid.data4[0] & 0x3fu) | 0x80u);  // the variant of RFC 4122
   return guid;
+}
+
+std::string guid_digits(const Guid& guid) {
+  char digits[33];
+  std::snprintf(digits, sizeof digits, "%08X%04X%04X", static_cast<unsigned>(guid.data1), unsigned{guid.data2},
+                unsigned{guid.data3});
+  for (std::size_t i = 0; i < guid.data4.size(); ++i) {
+    std::snprintf(digits + 16 + 2 * i, 3, "%02X", unsigned{guid.data4[i]});
+  }
+  return digits;
 }
 
 }  // namespace pv::platform

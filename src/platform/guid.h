@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 namespace pv::platform {
 
@@ -15,5 +16,8 @@ struct Guid {
 
 // A new version 4 GUID from the system's random source.
 Guid new_guid();
+
+// 32 upper-case hexadecimal digits without separators: the parts in their order, the last eight bytes as stored.
+std::string guid_digits(const Guid& guid);
 
 }  // namespace pv::platform
