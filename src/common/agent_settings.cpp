@@ -92,6 +92,13 @@ Directories current_directories() {
   return shared_directories();
 }
 
+DirectoryText mail_root() {
+  const std::lock_guard lock(directories_mutex());
+  DirectoryText& root = settings().mail_root;
+  if (root.empty()) reg_read_string(kRootKey, "Mail Root", root);
+  return root;
+}
+
 bool case_sensitive_criteria() {
   return settings().case_sensitivity.get(kAgentKey, "Case Sensitivity") == 1;
 }

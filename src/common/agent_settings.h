@@ -42,7 +42,7 @@ struct AgentSettings {
   std::uint32_t allow_pattern_caching = 0;
   BoundedText<2048> local_dns_server_list;
   std::uint32_t debug_logging_level = 5;
-  DirectoryText mail_root;
+  DirectoryText mail_root;  // read it with mail_root()
   DirectoryText application_directory;
   DirectoryText whitelist_configuration_directory;
   DirectoryText local_domain_name;
@@ -73,6 +73,9 @@ Directories reread_directories();
 
 // The directories as they were last read. Any thread.
 Directories current_directories();
+
+// "Mail Root". As long as it is empty, it is read again. Any thread.
+DirectoryText mail_root();
 
 // The lazily read ones, by what they decide.
 bool case_sensitive_criteria();

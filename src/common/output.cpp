@@ -29,4 +29,8 @@ void print_text(std::string_view text) {
   [[maybe_unused]] const std::size_t written = std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+void flush_output() {
+  [[maybe_unused]] const int result = std::fflush(stdout);
+}
+
 }  // namespace pv

@@ -14,4 +14,7 @@ void print(const char* format, ...) PV_PRINTF(1, 2);
 // Prints a text as it is.
 void print_text(std::string_view text);
 
+// Hands everything printed so far to the system; for what another program or process prints next to the same place.
+void flush_output();
+
 }  // namespace pv

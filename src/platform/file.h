@@ -128,10 +128,11 @@ std::optional<std::string> read_whole_file(std::string_view path, std::size_t li
 [[nodiscard]] bool rename_file(std::string_view from, std::string_view to);
 
 // Test hook: makes file operations fail. Every open, read, write, flush, close, rename, remove and directory
-// creation of this process asks `hook` first and fails with "no space left on device" when it answers true. nullptr
-// takes the hook away. Install it while no other thread uses files.
+// creation of this process asks `hook` first and fails in the given manner when it answers true. nullptr takes the hook
+// away. Install it while no other thread uses files.
 enum class FileOperation { kOpen, kRead, kWrite, kFlush, kClose, kRename, kRemove, kCreateDirectory };
+enum class FileFailure { kNoSpace, kInputOutput, kNoPermission, kTooManyFiles };
 using FileOperationHook = bool (*)(FileOperation operation);
-void set_file_operation_hook_for_test(FileOperationHook hook);
+void set_file_operation_hook_for_test(FileOperationHook hook, FileFailure failure = FileFailure::kNoSpace);
 
 }  // namespace pv::platform

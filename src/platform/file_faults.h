@@ -5,8 +5,8 @@
 
 namespace pv::platform {
 
-// Whether a test wants this operation to fail; the last error is then that of a full disk. Every operation asks before
-// it touches the system.
+// Whether a test wants this operation to fail; the last error is then that of the failure it chose. Every operation
+// asks before it touches the system.
 bool fails_for_test(FileOperation operation);
 
 }  // namespace pv::platform

@@ -23,6 +23,7 @@ struct InputFile::State {
   char* next() { return buffer.data() + begin; }
   std::size_t available() const { return end - begin; }
   bool fill();
+  bool fill_directly(std::span<char> block, std::size_t& filled);
   bool have(std::size_t count);
   std::string_view take_line(std::size_t raw_length);
   std::string_view take(std::size_t length);
@@ -92,9 +93,25 @@ std::size_t InputFile::State::read_text(std::span<char> block) {
   return filled;
 }
 
+// Reads straight into the block, past the buffer. False as with fill().
+bool InputFile::State::fill_directly(std::span<char> block, std::size_t& filled) {
+  if (ended) return false;
+  const std::ptrdiff_t got = read_block(file, block.subspan(filled));
+  failed = got < 0;
+  ended = got <= 0;
+  if (!ended) filled += static_cast<std::size_t>(got);
+  return !ended;
+}
+
 std::size_t InputFile::State::read_binary(std::span<char> block) {
   std::size_t filled = 0;
-  while (filled < block.size() && have(1)) {
+  while (filled < block.size()) {
+    // The large blocks of a message's body need not pass through the buffer.
+    if (available() == 0 && block.size() - filled >= buffer.size()) {
+      if (!fill_directly(block, filled)) break;
+      continue;
+    }
+    if (!have(1)) break;
     const std::size_t count = std::min(available(), block.size() - filled);
     std::memcpy(block.data() + filled, take(count).data(), count);
     filled += count;

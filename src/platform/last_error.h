@@ -12,6 +12,9 @@ extern const int kNotOpenError;
 extern const int kInvalidError;
 extern const int kTooLargeError;
 extern const int kDiskFullError;
+extern const int kInputOutputError;
+extern const int kNoPermissionError;
+extern const int kTooManyFilesError;
 
 void set_last_system_error(int code);
 

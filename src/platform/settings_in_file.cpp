@@ -15,6 +15,7 @@
 #include "platform/environment.h"
 #include "platform/last_error.h"
 #include "platform/settings_bytes.h"
+#include "platform/settings_store.h"
 #include "platform/settings_update.h"
 
 namespace pv::platform {
@@ -40,7 +41,7 @@ struct Snapshot {
 enum class Choice {
   kNone,  // to be made at the first read
   kFile,
-  kNoFile,
+  kNoFile,  // the registry; chosen_path names a key, or nothing
 };
 
 // The path stays over forget_settings_file(), so it is no std::string, whose memory would stay too.
@@ -65,13 +66,15 @@ Mutexes& mutexes() {
 Choice choose_path(std::string_view chosen) {
   chosen_path.fill('\0');
   if (chosen.size() < chosen_path.size()) std::copy(chosen.begin(), chosen.end(), chosen_path.begin());
-  return Choice::kFile;
+  return is_registry_key(chosen) ? Choice::kNoFile : Choice::kFile;
 }
 
 Choice choose_path_of_environment() {
   const std::string named = environment_variable(kVariable).value_or(std::string());
   if (!named.empty()) return choose_path(named);
-  return kUsualSettingsFile != nullptr ? choose_path(kUsualSettingsFile) : Choice::kNoFile;
+  if (kUsualSettingsFile != nullptr) return choose_path(kUsualSettingsFile);
+  chosen_path.fill('\0');
+  return Choice::kNoFile;
 }
 
 std::shared_ptr<const Parsed> published(const SettingsIdentity& identity) {
@@ -150,6 +153,10 @@ const char* settings_file_path() {
   return choice.load(std::memory_order_relaxed) == Choice::kFile ? chosen_path.data() : nullptr;
 }
 
+std::string_view chosen_registry_key() {
+  return chosen_path.data();
+}
+
 void choose_settings_file(std::string_view chosen) {
   choice.store(chosen.empty() ? choose_path_of_environment() : choose_path(chosen), std::memory_order_release);
   forget_settings_file();
@@ -187,6 +194,12 @@ bool write_in_file(std::string_view key_path, std::string_view name, const Setti
   const SettingValue* held = parsed->content.find(key_path, name);
   if (held != nullptr && *held == value) return true;
   return update_settings_file(settings_file_path(), key_path, name, value);
+}
+
+std::optional<SettingsContent> all_in_file() {
+  const SettingsBytes file = read_settings_bytes(settings_file_path());
+  if (file.outcome != SettingsRead::kRead) return std::nullopt;
+  return parse_settings(file.bytes);
 }
 
 void forget_settings_file() {

@@ -4,6 +4,9 @@
 // PVMTAFILTER_SETTINGS names; when neither does, in /etc/pvmtafilter/settings.reg, on Windows in the registry. An edit
 // of the file takes effect at the next read; a read that finds nothing changed costs about a microsecond. A missing or
 // unreadable file is a file without values. Any thread may read and write at any time.
+//
+// On Windows a registry key can be named instead of a file, as HKEY_LOCAL_MACHINE\... or HKEY_CURRENT_USER\... (HKLM
+// and HKCU for short). It then stands in the place of SOFTWARE\Post Vane\Post Vane.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +16,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "platform/settings_file.h"
 
 namespace pv::platform {
 
@@ -32,11 +37,18 @@ bool for_each_setting_name(std::string_view key_path, const std::function<bool(s
 [[nodiscard]] bool write_number_setting(std::string_view key_path, std::string_view name, std::uint32_t number);
 [[nodiscard]] bool write_text_setting(std::string_view key_path, std::string_view name, std::string_view text);
 
+// Every value of the file as it is now, or of the registry those in SOFTWARE\Post Vane\Post Vane and below. nullopt
+// when the file or the key cannot be read. For programs that show settings; texts beyond 65535 bytes are left out.
+std::optional<SettingsContent> all_settings();
+
 // Where the settings are, for messages: the path of the settings file, or "HKEY_LOCAL_MACHINE (32-bit view)".
 std::string settings_location();
 
-// Uses the settings file at `path` from now on; an empty path goes back to the usual ones. Not while other threads
-// read.
+// Whether `place` names a registry key. False for everything where the system has no registry.
+bool is_registry_key(std::string_view place);
+
+// Uses the settings file at `path` from now on, or the registry key of that name; an empty path goes back to the usual
+// ones. Not while other threads read.
 void use_settings_file(std::string_view path);
 
 // Forgets what was read, so that unloading the agent leaves no memory behind. The next read reads the file again.

@@ -32,7 +32,10 @@ struct MessageContext {
   BoundedText<64> message_id;  // the file name of both queue files
   Envelope envelope;
   BoundedText<128> mailbox;  // set by the dispatcher for a mailbox's filters; else empty
-  Directories directories;   // as read for this message
+  // The folder of the user's mailbox in which the store has put the message, for rules that mark it there. The command
+  // file does not tell it; empty: the mailbox's own directory.
+  BoundedText<128> store_folder;
+  Directories directories;  // as read for this message
 };
 
 // Which of a connector's two queues holds the message: the server-wide filters see inbound ones, the filters of

@@ -33,6 +33,7 @@ OutputCapture::OutputCapture() : state_(std::make_unique<State>()) {
   std::fflush(stdout);
   Descriptor caught(::memfd_create("standard output", MFD_CLOEXEC));
   if (!caught.is_open()) return;
+  ::fcntl(caught.number(), F_SETFL, O_APPEND);  // programs that share it would otherwise write over each other
   state_->shown = Descriptor(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   if (::dup2(caught.number(), STDOUT_FILENO) >= 0) state_->caught = std::move(caught);
 }

@@ -30,6 +30,14 @@ std::string settings_location() {
   return settings_file_path();
 }
 
+std::optional<SettingsContent> all_settings() {
+  return all_in_file();
+}
+
+bool is_registry_key(std::string_view) {
+  return false;
+}
+
 void use_settings_file(std::string_view path) {
   choose_settings_file(path);
 }

@@ -25,6 +25,9 @@ const int kNotOpenError = EBADF;
 const int kInvalidError = EINVAL;
 const int kTooLargeError = EFBIG;
 const int kDiskFullError = ENOSPC;
+const int kInputOutputError = EIO;
+const int kNoPermissionError = EACCES;
+const int kTooManyFilesError = EMFILE;
 
 int last_system_error() {
   return errno;

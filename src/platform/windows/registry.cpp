@@ -7,44 +7,12 @@
 #include <cstring>
 #include <string>
 
-#include "platform/settings_line.h"
+#include "platform/windows/registry_key.h"
 
 namespace pv::platform {
 namespace {
 
 constexpr std::size_t kLongestName = 255;  // bytes of a value's name
-
-class RegistryKey {
- public:
-  enum class Access { kRead, kWrite };
-
-  RegistryKey(std::string_view key_path, Access access) {
-    // A NUL would cut the path to that of another key, and the empty one is all of HKEY_LOCAL_MACHINE.
-    const std::string path = canonical_key(key_path);
-    if (path.empty() || path.find('\0') != std::string::npos) return;
-    const LSTATUS status = access == Access::kRead ? open(path.c_str()) : create(path.c_str());
-    if (status != ERROR_SUCCESS) key_ = nullptr;
-  }
-  ~RegistryKey() {
-    if (key_ != nullptr) ::RegCloseKey(key_);
-  }
-  RegistryKey(const RegistryKey&) = delete;
-  RegistryKey& operator=(const RegistryKey&) = delete;
-
-  bool is_open() const { return key_ != nullptr; }
-  HKEY get() const { return key_; }
-
- private:
-  LSTATUS open(const char* path) {
-    return ::RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ | KEY_WOW64_32KEY, &key_);
-  }
-  LSTATUS create(const char* path) {
-    return ::RegCreateKeyExA(HKEY_LOCAL_MACHINE, path, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                             KEY_ALL_ACCESS | KEY_WOW64_32KEY, nullptr, &key_, nullptr);
-  }
-
-  HKEY key_ = nullptr;
-};
 
 bool is_text(DWORD type) {
   return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;

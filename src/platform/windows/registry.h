@@ -1,5 +1,6 @@
-// The registry below HKEY_LOCAL_MACHINE as a 32-bit process sees it, whatever this one is. The functions do what those
-// of platform/settings_store.h say. Names and texts are in the system's single-byte character set.
+// The registry below HKEY_LOCAL_MACHINE, or the key chosen in the place of SOFTWARE\Post Vane\Post Vane, as a 32-bit
+// process sees it, whatever this one is. The functions do what those of platform/settings_store.h say. Names and texts
+// are in the system's single-byte character set.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +9,8 @@
 #include <optional>
 #include <span>
 #include <string_view>
+
+#include "platform/settings_file.h"
 
 namespace pv::platform {
 
@@ -24,5 +27,8 @@ bool for_each_name_in_registry(std::string_view key_path, const std::function<bo
 // False when the key cannot be opened or created for writing. A text ends at its first NUL.
 [[nodiscard]] bool write_number_in_registry(std::string_view key_path, std::string_view name, std::uint32_t number);
 [[nodiscard]] bool write_text_in_registry(std::string_view key_path, std::string_view name, std::string_view text);
+
+// What is in SOFTWARE\Post Vane\Post Vane and below. nullopt when there is no such key.
+std::optional<SettingsContent> all_in_registry();
 
 }  // namespace pv::platform

@@ -33,8 +33,13 @@ bool write_text_setting(std::string_view key_path, std::string_view name, std::s
 }
 
 std::string settings_location() {
-  const char* const file = settings_file_path();
-  return file != nullptr ? file : "HKEY_LOCAL_MACHINE (32-bit view)";
+  if (const char* const file = settings_file_path()) return file;
+  const std::string_view key = chosen_registry_key();
+  return std::string(key.empty() ? "HKEY_LOCAL_MACHINE" : key) + " (32-bit view)";
+}
+
+std::optional<SettingsContent> all_settings() {
+  return settings_file_path() != nullptr ? all_in_file() : all_in_registry();
 }
 
 void use_settings_file(std::string_view path) {

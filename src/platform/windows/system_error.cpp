@@ -14,6 +14,9 @@ const int kNotOpenError = ERROR_INVALID_HANDLE;
 const int kInvalidError = ERROR_INVALID_PARAMETER;
 const int kTooLargeError = ERROR_FILE_TOO_LARGE;
 const int kDiskFullError = ERROR_DISK_FULL;
+const int kInputOutputError = ERROR_IO_DEVICE;
+const int kNoPermissionError = ERROR_ACCESS_DENIED;
+const int kTooManyFilesError = ERROR_TOO_MANY_OPEN_FILES;
 
 int last_system_error() {
   return static_cast<int>(::GetLastError());

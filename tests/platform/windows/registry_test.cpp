@@ -36,6 +36,7 @@ class Registry : public testing::Test {
     ::RegDeleteTreeA(software, name_.c_str());
     ::RegCloseKey(software);
     platform::set_environment_variable("PVMTAFILTER_SETTINGS", before_.value_or(""));
+    platform::use_settings_file({});
   }
 
   // The key as the system has it, made when it is missing.
@@ -165,6 +166,48 @@ TEST_F(Registry, Wow6432NodeIsTheSameKey) {
   EXPECT_EQ(read_number_setting(other, "n"), 5U);
   EXPECT_TRUE(write_number_setting(other, "n", 6));
   EXPECT_EQ(read_number_setting(path_, "n"), 6U);
+}
+
+struct KeyCase {
+  const char* what;
+  std::string name;  // of the key that is chosen
+  bool is_key;
+};
+
+TEST_F(Registry, AChosenKeyStandsInThePlaceOfTheServers) {
+  const KeyCase kKeys[] = {
+      {"in full", R"(HKEY_LOCAL_MACHINE\)" + path_, true},
+      {"for short, in any letter case", R"(hklm\)" + path_ + '\\', true},
+      {"by its place in the 64-bit view", R"(HKLM\SOFTWARE\WOW6432Node\)" + name_ + R"(\Post Vane)", true},
+      {"a root alone", R"(HKEY_LOCAL_MACHINE\)", false},
+      {"another root", R"(HKEY_USERS\)" + path_, false},
+      {"a file", R"(C:\HKLM\)" + path_, false},
+      {"a NUL", R"(HKLM\)" + path_ + std::string("\0x", 2), false},
+  };
+  set("n", REG_DWORD, "\5\0\0\0"s);
+  for (const KeyCase& c : kKeys) {
+    EXPECT_EQ(platform::is_registry_key(c.name), c.is_key) << c.what;
+    platform::use_settings_file(c.name);
+    const auto expected = c.is_key ? std::optional(5U) : std::nullopt;
+    EXPECT_EQ(read_number_setting(R"(Software\Post Vane\POST VANE)", "n"), expected) << c.what;
+  }
+}
+
+TEST_F(Registry, AChosenKeyHoldsWhatIsWrittenAndNothingOfOtherKeys) {
+  platform::set_environment_variable("PVMTAFILTER_SETTINGS", R"(HKLM\)" + path_);
+  platform::use_settings_file({});
+  EXPECT_EQ(platform::settings_location(), R"(HKLM\)" + path_ + " (32-bit view)");
+  EXPECT_TRUE(write_number_setting(R"(SOFTWARE\Post Vane\Post Vane\Counters)", "n", 7));
+  EXPECT_TRUE(write_text_setting(R"(SOFTWARE\Post Vane\Post Vane)", "t", "text"));
+  EXPECT_EQ(read_number_setting(path_ + R"(\Counters)", "n"), 7U);
+  EXPECT_EQ(read_number_setting(R"(SOFTWARE\Post Vane\Post Vane2)", "n"), std::nullopt);
+
+  const auto all = platform::all_settings();
+  ASSERT_TRUE(all);
+  EXPECT_THAT(all->key_order,
+              ElementsAre(R"(SOFTWARE\Post Vane\Post Vane)", R"(SOFTWARE\Post Vane\Post Vane\Counters)"));
+  EXPECT_EQ(*all->find(R"(SOFTWARE\Post Vane\Post Vane\Counters)", "N"), platform::SettingValue(7U));
+  EXPECT_EQ(*all->find(R"(SOFTWARE\Post Vane\Post Vane)", "t"), platform::SettingValue("text"));
 }
 
 TEST_F(Registry, NamesAreGivenUntilEnoughWereSeen) {
