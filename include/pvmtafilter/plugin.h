@@ -18,6 +18,11 @@ extern "C" {
  * is ignored; the library stays loaded until the agent is unloaded. */
 int32_t PV_CALL PluginInitialize(void);
 
+/* The message store's library. The agent loads it at its start when antivirus scanning is on, calls the first then and
+ * the second before it unloads it; both are optional. */
+int32_t PV_CALL StoreLibrary_Init(void);
+int32_t PV_CALL StoreLibrary_UnInit(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -12,6 +12,7 @@
 #include "common/report_log.h"
 #include "platform/environment.h"
 #include "platform/settings_store.h"
+#include "store/store_library.h"
 
 namespace pv {
 namespace {
@@ -42,7 +43,9 @@ void start_scanners() {
   if (spamassassin_enabled()) restart_counters("SA Detections", "SA Total Scans");
   publish_counter(kCountersKey, "Service Start", unix_time_now());
   read_antivirus_setting();
-  if (settings().antivirus_status != 0) restart_counters("Antivirus Detected", "Antivirus Total Scans");
+  if (settings().antivirus_status == 0) return;
+  restart_counters("Antivirus Detected", "Antivirus Total Scans");
+  LoadStoreLibrary();
 }
 
 }  // namespace
@@ -65,6 +68,7 @@ void detach() noexcept {
     release_system_filters();
     // The scanner providers are released here, once they can be loaded.
     release_antivirus_plugin();
+    ReleaseStoreLibrary();
     close_report_log();
     release_report_log();
     // At the end of the process messages may still be in flight; they keep their settings.
