@@ -48,8 +48,12 @@ ExecutedActions run_mailbox_rules(const FilterDefinition& filter, Walk& walk) {
 
 ExecutedActions run_system_actions(FilterIndex index, const Decision& decision, Walk& walk) {
   const FilterDefinition& filter = walk.set.filter(index);
-  FiredFilter fired{walk.message, filter, walk.set.postoffice.empty() ? Queue::kInbound : Queue::kOutgoing,
-                    make_token_block(walk.message, decision.criterion_name, index, walk.results), ExecutedActions()};
+  FiredFilter fired{walk.message,
+                    walk.set,
+                    filter,
+                    walk.set.postoffice.empty() ? Queue::kInbound : Queue::kOutgoing,
+                    make_token_block(walk.message, decision.criterion_name, index, walk.results),
+                    ExecutedActions()};
   ActionTable table;
   if (!table.open(action_table_path(walk.message.directories, walk.set, filter))) return fired.executed;
   ActionLine line;

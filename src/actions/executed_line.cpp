@@ -6,13 +6,6 @@
 #include "actions/one_line.h"
 
 namespace pv {
-namespace {
-
-std::string_view without_line_ends(std::string_view text) {
-  return text.substr(0, text.find_last_not_of("\r\n") + 1);
-}
-
-}  // namespace
 
 ReportLine executed_line(const MessageContext& message, const FilterSet& set, const FilterDefinition& filter,
                          std::string_view criteria_text, const ExecutedActions& executed) {

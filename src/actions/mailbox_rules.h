@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "actions/dispatcher.h"
 #include "actions/executed_actions.h"
@@ -13,5 +14,8 @@ namespace pv {
 // the message left the mailbox by it.
 void ExecuteMailboxRuleAction(MessageContext& message, std::string_view keyword, std::string_view data,
                               ExecutedActions& executed, FilterOutcome& outcome);
+
+// Every keyword that is known.
+std::vector<std::string_view> mailbox_rule_keywords();
 
 }  // namespace pv

@@ -22,4 +22,8 @@ std::string in_one_column(std::string_view text) {
   return without(text, std::string_view("\t\r\n\0", 4));
 }
 
+std::string_view without_line_ends(std::string_view text) {
+  return text.substr(0, text.find_last_not_of("\r\n") + 1);
+}
+
 }  // namespace pv

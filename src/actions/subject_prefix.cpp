@@ -48,7 +48,8 @@ std::optional<Subject> find_subject(std::string_view message) {
   const std::size_t header_end = message.find("\r\n\r\n");
   if (header_end == std::string_view::npos) return std::nullopt;
   // Where lines end in bare line feeds the header block may end before that, and a subject behind it is body text.
-  const std::size_t empty_line = std::min(message.find("\n\r\n"), message.find("\n\n"));
+  const std::string_view before_end = message.substr(0, header_end);
+  const std::size_t empty_line = std::min(before_end.find("\n\r\n"), before_end.find("\n\n"));
   const std::size_t name_end = after_subject_name(message.substr(0, std::min(header_end, empty_line)));
   if (name_end == std::string_view::npos) return std::nullopt;
   // Both searches end at the CR of the header block's end, at the latest.

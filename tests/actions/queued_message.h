@@ -42,9 +42,9 @@ class QueuedMessage : public ::testing::Test {
 // Makes the n-th file operation from its construction on fail, until it is destroyed.
 class FailOperation {
  public:
-  explicit FailOperation(int number) {
+  explicit FailOperation(int number, platform::FileFailure failure = platform::FileFailure::kNoSpace) {
     left_ = number;
-    platform::set_file_operation_hook_for_test([](platform::FileOperation) { return --left_ == 0; });
+    platform::set_file_operation_hook_for_test([](platform::FileOperation) { return --left_ == 0; }, failure);
   }
   ~FailOperation() { platform::set_file_operation_hook_for_test(nullptr); }
   FailOperation(const FailOperation&) = delete;
