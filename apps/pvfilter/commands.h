@@ -7,15 +7,17 @@
 
 #include "pvfilter/envelope_options.h"
 #include "pvfilter/exit_status.h"
+#include "pvfilter/server_tree.h"
 
 namespace pvfilter {
 
-// pvfilter new DIR: a ready server tree with example filters. DIR must not exist, or be an empty directory.
-ExitStatus new_server(const std::string& directory);
+// pvfilter new DIR: a ready server tree with example filters. DIR must not exist, or be an empty directory. With
+// `registry`, which must not exist or be empty either, the settings go there instead of DIR/settings.reg.
+ExitStatus new_server(const std::string& directory, const std::string& registry);
 
 // pvfilter run: each file is queued, filtered by the agent and reported.
 struct RunOptions {
-  std::string server;
+  SettingsPlace settings;
   std::string agent_library;  // empty: beside this program
   EnvelopeOptions envelope;
   std::vector<std::string> files;
@@ -26,8 +28,9 @@ ExitStatus run_messages(const RunOptions& options);
 
 // pvfilter settings get | set | list
 enum class SettingType { kUnknown, kText, kNumber };
-ExitStatus get_setting(const std::string& server, const std::string& name);
-ExitStatus set_setting(const std::string& server, const std::string& name, const std::string& value, SettingType type);
-ExitStatus list_settings(const std::string& server);
+ExitStatus get_setting(const SettingsPlace& settings, const std::string& name);
+ExitStatus set_setting(const SettingsPlace& settings, const std::string& name, const std::string& value,
+                       SettingType type);
+ExitStatus list_settings(const SettingsPlace& settings);
 
 }  // namespace pvfilter

@@ -12,21 +12,34 @@ using namespace pvfilter;
 
 using Command = std::function<ExitStatus()>;
 
-void add_server_option(CLI::App& command, std::string& server) {
-  command.add_option("--server", server, "the server tree, a directory with a settings.reg")->required();
+constexpr char kRegistryHelp[] =
+    "a registry key in the place of SOFTWARE\\Post Vane\\Post Vane, as HKCU\\Software\\Trial; on Windows only";
+
+void add_settings_options(CLI::App& command, SettingsPlace& settings) {
+  CLI::Option_group* group = command.add_option_group("Where the server's settings are");
+  group->add_option("--server", settings.server, "the server tree, a directory with a settings.reg");
+  group->add_option("--settings", settings.file, "a settings file of any name");
+  group->add_option("--registry", settings.registry, kRegistryHelp);
+  group->require_option(1);
 }
 
-void add_new(CLI::App& app, std::string& directory, Command& chosen) {
+struct NewOptions {
+  std::string directory;
+  std::string registry;
+};
+
+void add_new(CLI::App& app, NewOptions& options, Command& chosen) {
   CLI::App* command = app.add_subcommand("new", "make a ready server tree with example filters");
-  command->add_option("DIR", directory, "the directory to make; it must not exist or be empty")->required();
-  command->callback([&] { chosen = [&] { return new_server(directory); }; });
+  command->add_option("DIR", options.directory, "the directory to make; it must not exist or be empty")->required();
+  command->add_option("--registry", options.registry, std::string("puts the settings into ") + kRegistryHelp);
+  command->callback([&] { chosen = [&] { return new_server(options.directory, options.registry); }; });
 }
 
 void add_run(CLI::App& app, RunOptions& options, Command& chosen) {
   CLI::App* command =
       app.add_subcommand("run", "queue messages, have the agent filter them, and show what became of each");
   EnvelopeOptions& envelope = options.envelope;
-  add_server_option(*command, options.server);
+  add_settings_options(*command, options.settings);
   command->add_option("FILE", options.files, "message files (RFC 5322)")->required();
   command->add_option("--connector", envelope.connector, "the queue the message arrives in")->capture_default_str();
   command->add_option("--from", envelope.from, "the envelope's sender")->capture_default_str();
@@ -44,7 +57,7 @@ void add_run(CLI::App& app, RunOptions& options, Command& chosen) {
 }
 
 struct SettingsOptions {
-  std::string server;
+  SettingsPlace settings;
   std::string name;
   std::string value;
   bool text = false;
@@ -54,13 +67,13 @@ struct SettingsOptions {
 constexpr char kNameHelp[] = "a setting of the agent, as \"Reload\", or KEY\\NAME below SOFTWARE\\Post Vane\\Post Vane";
 
 void add_settings(CLI::App& app, SettingsOptions& options, Command& chosen) {
-  CLI::App* command = app.add_subcommand("settings", "read and edit the server's settings file safely");
-  add_server_option(*command, options.server);
+  CLI::App* command = app.add_subcommand("settings", "read and edit the server's settings safely");
+  add_settings_options(*command, options.settings);
   command->require_subcommand(1);
 
   CLI::App* get = command->add_subcommand("get", "print one value");
   get->add_option("NAME", options.name, kNameHelp)->required();
-  get->callback([&] { chosen = [&] { return get_setting(options.server, options.name); }; });
+  get->callback([&] { chosen = [&] { return get_setting(options.settings, options.name); }; });
 
   CLI::App* set = command->add_subcommand("set", "set one value; `set Reload 1` asks the agent to reload its filters");
   set->add_option("NAME", options.name, kNameHelp)->required();
@@ -72,12 +85,12 @@ void add_settings(CLI::App& app, SettingsOptions& options, Command& chosen) {
       const SettingType type = options.text     ? SettingType::kText
                                : options.number ? SettingType::kNumber
                                                 : SettingType::kUnknown;
-      return set_setting(options.server, options.name, options.value, type);
+      return set_setting(options.settings, options.name, options.value, type);
     };
   });
 
   CLI::App* list = command->add_subcommand("list", "print every value, by key");
-  list->callback([&] { chosen = [&] { return list_settings(options.server); }; });
+  list->callback([&] { chosen = [&] { return list_settings(options.settings); }; });
 }
 
 // Help and version end well; anything else about the command line is a usage error.
@@ -112,10 +125,10 @@ int main(int argc, char** argv) {
   app.allow_windows_style_options(false);  // "/srv/a.eml" is a path everywhere
 
   Command chosen;
-  std::string directory;
+  NewOptions new_options;
   RunOptions run;
   SettingsOptions settings;
-  add_new(app, directory, chosen);
+  add_new(app, new_options, chosen);
   add_run(app, run, chosen);
   add_settings(app, settings, chosen);
   try {

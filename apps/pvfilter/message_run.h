@@ -13,6 +13,13 @@ namespace pvfilter {
 
 enum class Fate { kKept, kChanged, kDeleted };
 
+// A message that the agent queued itself: a notification or a forwarded copy.
+struct NewMessage {
+  std::filesystem::path message_file;
+  std::filesystem::path command_file;
+  std::string recipients;  // as its command file has them
+};
+
 struct MessageRun {
   std::string file;
   std::string id;
@@ -23,8 +30,12 @@ struct MessageRun {
   bool filters_applied = false;  // the agent went on to decide which filters fire
   std::vector<FiredFilter> fired;
   Fate fate = Fate::kKept;
-  std::vector<std::filesystem::path> new_files;  // copies, and messages that were queued
-  std::string output;                            // what the agent printed
+  std::string recipients;         // as the command file has them now
+  bool other_recipients = false;  // they were others before
+  std::vector<NewMessage> new_messages;
+  std::vector<std::filesystem::path> new_files;      // copies; not the files of new messages
+  std::vector<std::filesystem::path> changed_files;  // others than the message's own
+  std::string output;                                // what the agent printed
 };
 
 // Queues the file, has the agent filter it, and looks at what it printed, reported and did to the files.

@@ -1,8 +1,13 @@
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <variant>
 
 #include "common/text_search.h"
 #include "platform/file.h"
+#include "platform/settings_file.h"
+#include "platform/settings_store.h"
 #include "platform/system_error.h"
 #include "pvfilter/commands.h"
 #include "pvfilter/example_server.h"
@@ -17,6 +22,8 @@ constexpr const char* kDirectories[] = {
     "conf/FILTERS/Templates",
     "conf/FILTERS/PATTERNS",
     "logs",
+    "queues/LS/Inbound/Messages",
+    "queues/LS/Outgoing/Messages",
     "queues/SMTP/Inbound/Messages",
     "queues/SMTP/Outgoing/Messages",
     "quarantine/Messages",
@@ -47,23 +54,54 @@ std::string as_setting(std::string text) {
   return text;
 }
 
+void refuse_registry_in_use(const std::string& registry) {
+  use_settings({.server = "", .file = "", .registry = registry});
+  const auto content = pv::platform::all_settings();
+  const bool empty = !content || std::all_of(content->keys.begin(), content->keys.end(),
+                                             [](const auto& key) { return key.second.names.empty(); });
+  if (!empty) throw CommandError(kCannotCreate, registry + ": is there already and is not empty");
+}
+
+void write_to_registry(const std::string& registry, std::string_view settings) {
+  const auto write = [](const std::string& key, const std::string& name, const pv::platform::SettingValue& value) {
+    const auto* number = std::get_if<std::uint32_t>(&value);
+    return number != nullptr ? pv::platform::write_number_setting(key, name, *number)
+                             : pv::platform::write_text_setting(key, name, std::get<std::string>(value));
+  };
+  for (const auto& [path, key] : pv::platform::parse_settings(settings).keys) {
+    for (const auto& [name, value] : key.values) {
+      if (!write(path, name, value)) throw CommandError(kCannotCreate, registry + ": cannot be written");
+    }
+  }
+}
+
+std::string quoted(const std::string& word) {
+  return word.find(' ') == std::string::npos ? word : '"' + word + '"';
+}
+
 }  // namespace
 
-ExitStatus new_server(const std::string& directory) {
+ExitStatus new_server(const std::string& directory, const std::string& registry) {
   const fs::path root = fs::absolute(directory).lexically_normal();
   std::error_code error;
   if (fs::exists(root, error) && !fs::is_empty(root, error)) {
     throw CommandError(kCannotCreate, root.string() + ": is there already and is not an empty directory");
   }
+  if (!registry.empty()) refuse_registry_in_use(registry);
   for (const char* name : kDirectories) make_directory(root / name);
   const std::string shown_root = as_setting(root.string());
   for (const ExampleFile& file : example_files()) {
     std::string text(file.text);
     pv::replace_in_string(text, "@SERVER@", shown_root, 0, false, true);
-    write_file(root / file.path, text);
+    if (file.path == kSettingsFile && !registry.empty()) {
+      write_to_registry(registry, text);
+    } else {
+      write_file(root / file.path, text);
+    }
   }
   std::printf("A server tree is ready in %s\n", root.string().c_str());
-  std::printf("Try it: pvfilter run --server %s FILE...\n", directory.c_str());
+  const std::string place = registry.empty() ? "--server " + quoted(directory) : "--registry " + quoted(registry);
+  std::printf("Try it: pvfilter run %s FILE...\n", place.c_str());
   return kOk;
 }
 

@@ -13,6 +13,9 @@
 namespace pvfilter {
 namespace {
 
+// Annotations are put into what this connector delivers.
+constexpr std::string_view kMailboxConnector = "LS";
+
 std::string with_crlf(std::string bytes) {
   if (bytes.find("\r\n") != std::string::npos || bytes.find('\n') == std::string::npos) return bytes;
   std::string result;
@@ -87,6 +90,9 @@ QueuedMessage queue_message(const Server& server, const EnvelopeOptions& envelop
   queued.id = message.message_id.view();
   queued.command_file = pv::command_file_path(message, pv::Queue::kInbound);
   queued.message_file = pv::message_file_path(message, pv::Queue::kInbound);
+  if (pv::equals_nocase(envelope.connector, kMailboxConnector)) {
+    write_new(pv::message_file_path(message, pv::Queue::kOutgoing), pv::platform::FileMode::kBinary, queued.bytes);
+  }
   write_new(queued.message_file, pv::platform::FileMode::kBinary, queued.bytes);
   write_new(queued.command_file, pv::platform::FileMode::kText, command_text(envelope, queued.bytes));
   return queued;

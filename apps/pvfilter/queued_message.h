@@ -17,8 +17,8 @@ struct QueuedMessage {
 };
 
 // Reads `file` and queues it under a new identifier: the message file first, the command file last. A file whose lines
-// end in bare line feeds gets CR LF, as mail has them on the way, unless the options ask for it raw. Throws
-// CommandError.
+// end in bare line feeds gets CR LF, as mail has them on the way, unless the options ask for it raw. The connector
+// "LS", which delivers into mailboxes, also gets the message file in its outgoing queue. Throws CommandError.
 QueuedMessage queue_message(const Server& server, const EnvelopeOptions& envelope, const std::string& file);
 
 }  // namespace pvfilter

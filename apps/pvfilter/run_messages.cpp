@@ -28,7 +28,7 @@ void print_run(const Server& server, const MessageRun& run, bool show_output) {
 }  // namespace
 
 ExitStatus run_messages(const RunOptions& options) {
-  const Server server = open_server(options.server);
+  const Server server = open_server(options.settings);
   const AgentLibrary agent(options.agent_library);
   JsonArray array;
   ExitStatus status = kOk;

@@ -69,7 +69,12 @@ std::string fate_as_text(const Server& server, const MessageRun& run) {
   }
   if (run.fate != Fate::kDeleted) text += ": " + shown_path(server, run.message_file);
   text += "\n";
+  if (run.other_recipients) text += "  now for  " + run.recipients + "\n";
+  for (const NewMessage& message : run.new_messages) {
+    text += "  queued   for " + message.recipients + ": " + shown_path(server, message.message_file) + "\n";
+  }
   for (const auto& path : run.new_files) text += "  new file " + shown_path(server, path) + "\n";
+  for (const auto& path : run.changed_files) text += "  changed  " + shown_path(server, path) + "\n";
   return text;
 }
 
@@ -85,6 +90,22 @@ nlohmann::json fired_as_json(const FiredFilter& filter) {
   json["matched"] = criterion.matched;
   json["actions"] = filter.report->actions;
   return json;
+}
+
+nlohmann::json paths_as_json(const Server& server, const std::vector<std::filesystem::path>& paths) {
+  nlohmann::json shown = nlohmann::json::array();
+  for (const auto& path : paths) shown.push_back(shown_path(server, path));
+  return shown;
+}
+
+nlohmann::json new_messages_as_json(const Server& server, const MessageRun& run) {
+  nlohmann::json messages = nlohmann::json::array();
+  for (const NewMessage& message : run.new_messages) {
+    messages.push_back({{"recipients", message.recipients},
+                        {"message_file", shown_path(server, message.message_file)},
+                        {"command_file", shown_path(server, message.command_file)}});
+  }
+  return messages;
 }
 
 }  // namespace
@@ -104,8 +125,6 @@ std::string run_as_text(const Server& server, const MessageRun& run) {
 std::string run_as_json(const Server& server, const MessageRun& run) {
   nlohmann::json fired = nlohmann::json::array();
   for (const FiredFilter& filter : run.fired) fired.push_back(fired_as_json(filter));
-  nlohmann::json new_files = nlohmann::json::array();
-  for (const auto& path : run.new_files) new_files.push_back(shown_path(server, path));
   const nlohmann::json json = {{"file", run.file},
                                {"message_id", run.id},
                                {"connector", run.connector},
@@ -115,7 +134,10 @@ std::string run_as_json(const Server& server, const MessageRun& run) {
                                {"message_file", shown_path(server, run.message_file)},
                                {"bytes_before", run.bytes_before},
                                {"bytes_after", run.bytes_after},
-                               {"new_files", new_files},
+                               {"recipients", run.recipients},
+                               {"new_messages", new_messages_as_json(server, run)},
+                               {"new_files", paths_as_json(server, run.new_files)},
+                               {"changed_files", paths_as_json(server, run.changed_files)},
                                {"output", run.output}};
   return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
 }

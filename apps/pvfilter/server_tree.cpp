@@ -19,22 +19,32 @@ void mark_directory(const fs::path& directory, FileMarks& marks) {
   }
 }
 
-}  // namespace
-
-fs::path settings_path(const std::string& server) {
-  fs::path file = fs::absolute(server) / kSettingsFile;
+fs::path settings_file(const SettingsPlace& place) {
+  fs::path file = fs::absolute(place.server.empty() ? fs::path(place.file) : fs::path(place.server) / kSettingsFile);
   std::error_code error;
-  if (fs::is_regular_file(file, error)) return file;
-  throw CommandError(kNoInput, file.string() + ": no such file; `pvfilter new " + server + "` makes a server tree");
+  if (fs::is_regular_file(file, error)) return file.lexically_normal();
+  const std::string help = place.server.empty() ? "" : "; `pvfilter new " + place.server + "` makes a server tree";
+  throw CommandError(kNoInput, file.string() + ": no such file" + help);
 }
 
-Server open_server(const std::string& directory) {
-  const std::string settings = settings_path(directory).string();
+}  // namespace
+
+std::string use_settings(const SettingsPlace& place) {
+  if (!place.registry.empty() && !pv::platform::is_registry_key(place.registry)) {
+    throw CommandError(kUsage, "--registry " + place.registry +
+                                   ": only on Windows can settings be in a registry key, below HKEY_LOCAL_MACHINE or "
+                                   "HKEY_CURRENT_USER");
+  }
+  std::string settings = place.registry.empty() ? settings_file(place).string() : place.registry;
   pv::platform::use_settings_file(settings);
   pv::platform::set_environment_variable("PVMTAFILTER_SETTINGS", settings);
+  return settings;
+}
 
+Server open_server(const SettingsPlace& place) {
+  const std::string settings = use_settings(place);
   Server server;
-  server.directory = fs::absolute(directory).lexically_normal();
+  if (place.registry.empty()) server.directory = fs::path(settings).parent_path();
   server.directories = pv::reread_directories();
   if (server.directories.connector_root.empty()) {
     throw CommandError(kConfig, settings + ": \"Connector Root Directory\" is not set, so there is no queue");

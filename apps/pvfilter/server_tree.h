@@ -1,4 +1,4 @@
-// A server tree on disk: DIR/settings.reg and the directories that it names.
+// A server: its settings and the directories that they name.
 #pragma once
 
 #include <filesystem>
@@ -11,19 +11,27 @@ namespace pvfilter {
 
 inline constexpr char kSettingsFile[] = "settings.reg";
 
+// Where a server's settings are: in its tree's settings.reg, in another file, or in a registry key. One of them is
+// given.
+struct SettingsPlace {
+  std::string server;  // a directory
+  std::string file;
+  std::string registry;  // as "HKEY_LOCAL_MACHINE\SOFTWARE\Trial"
+};
+
+// Makes the settings there those of this process and of an agent that it loads; what messages about them name is
+// returned. Throws CommandError when there is no such file, or the system has no registry.
+std::string use_settings(const SettingsPlace& place);
+
 struct Server {
-  std::filesystem::path directory;  // absolute
+  std::filesystem::path directory;  // absolute: where the settings file lies; empty for those of the registry
   pv::Directories directories;
   std::filesystem::path log_directory;  // empty: none set
   std::uint32_t log_mode = 0;           // "Activity Log Enabled"
 };
 
-// Opens a server tree and makes its settings those of this process and of the agent it loads. Throws CommandError when
-// there is no settings file or it names no queues.
-Server open_server(const std::string& directory);
-
-// Where the settings file of a server tree must be. Throws CommandError when there is none.
-std::filesystem::path settings_path(const std::string& server);
+// As use_settings(). Throws CommandError too when the settings name no queues.
+Server open_server(const SettingsPlace& place);
 
 // The files in the queues, the bad mail and the quarantine directory, with size and time of change: what a message can
 // leave traces in.

@@ -3,17 +3,13 @@
 #include <optional>
 
 #include "common/text_search.h"
-#include "platform/file.h"
 #include "platform/settings_file.h"
 #include "platform/settings_store.h"
 #include "pvfilter/commands.h"
 #include "pvfilter/known_settings.h"
-#include "pvfilter/server_tree.h"
 
 namespace pvfilter {
 namespace {
-
-constexpr std::size_t kLargestSettingsFile = 16u << 20;  // bytes; the agent reads no larger one either
 
 // Where a value lies: "Reload" and its like are known by name, others are given as KEY\NAME below the server's root
 // key.
@@ -35,10 +31,10 @@ Place find_place(const std::string& name) {
   return {whole ? key : std::string(kServerKey) + "\\" + key, name.substr(last + 1), nullptr};
 }
 
-pv::platform::SettingsContent read_settings(const std::string& file) {
-  const std::optional<std::string> bytes = pv::platform::read_whole_file(file, kLargestSettingsFile);
-  if (!bytes) throw CommandError(kNoInput, file + ": cannot be read");
-  return pv::platform::parse_settings(*bytes);
+// `where` names the settings in use, for messages.
+pv::platform::SettingsContent read_settings(const std::string& where) {
+  if (auto content = pv::platform::all_settings()) return *std::move(content);
+  throw CommandError(kNoInput, where + ": cannot be read");
 }
 
 std::string shown_value(const pv::platform::SettingValue& value) {
@@ -55,10 +51,10 @@ std::uint32_t number_value(const std::string& value) {
 }
 
 // The type a value must have: the one asked for, else the known one, else that of the value that is there.
-SettingType type_for(const Place& place, const std::string& file, SettingType asked) {
+SettingType type_for(const Place& place, const std::string& where, SettingType asked) {
   if (asked != SettingType::kUnknown) return asked;
   if (place.known != nullptr) return place.known->is_number ? SettingType::kNumber : SettingType::kText;
-  const auto content = read_settings(file);
+  const auto content = read_settings(where);
   const pv::platform::SettingValue* value = content.find(place.key, place.name);
   if (value == nullptr) {
     throw CommandError(kUsage, "\"" + place.name + "\" is new: say --text or --number");
@@ -68,32 +64,32 @@ SettingType type_for(const Place& place, const std::string& file, SettingType as
 
 }  // namespace
 
-ExitStatus get_setting(const std::string& server, const std::string& name) {
-  const std::string file = settings_path(server).string();
+ExitStatus get_setting(const SettingsPlace& settings, const std::string& name) {
+  const std::string where = use_settings(settings);
   const Place place = find_place(name);
-  const auto content = read_settings(file);
+  const auto content = read_settings(where);
   if (const pv::platform::SettingValue* value = content.find(place.key, place.name)) {
     std::printf("%s\n", shown_value(*value).c_str());
     return kOk;
   }
   const std::string otherwise =
       place.known != nullptr ? std::string("; the agent takes ") + place.known->otherwise : std::string();
-  throw CommandError(kNoInput, file + ": \"" + place.name + "\" is not set" + otherwise);
+  throw CommandError(kNoInput, where + ": \"" + place.name + "\" is not set" + otherwise);
 }
 
-ExitStatus set_setting(const std::string& server, const std::string& name, const std::string& value, SettingType type) {
-  const std::string file = settings_path(server).string();
+ExitStatus set_setting(const SettingsPlace& settings, const std::string& name, const std::string& value,
+                       SettingType type) {
+  const std::string where = use_settings(settings);
   const Place place = find_place(name);
-  pv::platform::use_settings_file(file);
-  const bool is_number = type_for(place, file, type) == SettingType::kNumber;
+  const bool is_number = type_for(place, where, type) == SettingType::kNumber;
   const bool written = is_number ? pv::platform::write_number_setting(place.key, place.name, number_value(value))
                                  : pv::platform::write_text_setting(place.key, place.name, value);
-  if (!written) throw CommandError(kCannotCreate, file + ": cannot be written; it is as it was");
+  if (!written) throw CommandError(kCannotCreate, where + ": cannot be written; it is as it was");
   return kOk;
 }
 
-ExitStatus list_settings(const std::string& server) {
-  const auto content = read_settings(settings_path(server).string());
+ExitStatus list_settings(const SettingsPlace& settings) {
+  const auto content = read_settings(use_settings(settings));
   for (const std::string& path : content.key_order) {
     const pv::platform::SettingKey* key = content.find_key(path);
     if (key == nullptr || key->names.empty()) continue;

@@ -11,6 +11,14 @@ foreach(arguments "" "nonsense" "run" "run;--server;x;--nonsense;y" "settings;--
   expect("usage error: ${arguments}" status EQUAL 64 AND err MATCHES "^pvfilter: ")
 endforeach()
 
+# A system without registry, or a name that is no key of one.
+foreach(command "new;server" "settings;list")
+  list(GET command 0 name)
+  list(GET command 1 argument)
+  run(${name} --registry "HKEY_NOWHERE\\Software\\Trial" ${argument})
+  expect("no such registry: ${name}" status EQUAL 64 AND err MATCHES "only on Windows" AND NOT EXISTS ${WORK}/server)
+endforeach()
+
 run(new server)
 run(run --server server --agent nowhere.so ${SAMPLES}/plain.eml)
 expect("no agent library" status EQUAL 69 AND err MATCHES "^pvfilter: nowhere.so: ")
