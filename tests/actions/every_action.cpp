@@ -48,7 +48,7 @@ std::string normalised(const std::string& bytes) {
 
 std::string bytes_of(const fs::path& path) {
   if (!fs::exists(path)) return {};
-  std::string bytes(fs::file_size(path), '\0');
+  std::string bytes(static_cast<std::size_t>(fs::file_size(path)), '\0');
   std::ifstream in(path, std::ios::binary);
   in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   return bytes;
