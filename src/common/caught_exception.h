@@ -11,6 +11,8 @@ namespace pv {
 //     HasORBDBEntry handled an exception; session will be dropped.
 //     The exception was: no such zone
 //     The exception occurred in : ..\SMTP\DNSQuery, line 104
+//
+// For a COM error (pvmtafilter/plugin.h) it gives code, meaning, source and description in place of the last two lines.
 void report_caught_exception(std::string_view operation, std::string_view source_file, int line) noexcept;
 
 }  // namespace pv

@@ -42,9 +42,18 @@ std::uint32_t reg_read_dword_or(std::string_view key_path, std::string_view name
 // "Application Directory", where the plug-in libraries lie; "64" is appended to it when `flag` is 64.
 bool reg_read_app_directory(BoundedText<1024>& out, int flag);
 
-// Publishes a counter: nothing while "Update Statistics" is 0. The first failed write of the process is reported
-// through report_write, later ones are not.
+// Publishes a counter: nothing while "Update Statistics" is 0. Any thread. A counter only grows while the agent runs: a
+// number that is not above the one published last comes from a thread that was overtaken, or changes nothing, and is
+// left out (beyond 32 bits counters begin again at 0, which counts as above).
+//
+// The number is stored when this returns, unless another thread is writing counters, which then writes this one as
+// well, or writing took more than its share of the time lately: then it is written a moment later. Either way nobody
+// waits, and the number stored last is the highest. The first failed write of the process is reported through
+// report_write, later ones are not; a number that could not be written is tried again with the next one.
 void publish_counter(std::string_view key_path, std::string_view name, std::uint32_t number);
+
+// Writes what was put off and forgets what was published: counters may begin at 0 again. For shutdown and tests.
+void finish_publishing_counters();
 
 // Test hook: the next failed write is the first again.
 void forget_counter_failure_for_test();

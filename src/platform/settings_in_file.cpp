@@ -10,6 +10,7 @@
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/clock.h"
 #include "platform/environment.h"
@@ -22,6 +23,7 @@ namespace pv::platform {
 namespace {
 
 constexpr char kVariable[] = "PVMTAFILTER_SETTINGS";
+constexpr std::chrono::seconds kLockLimit{5};
 constexpr std::size_t kLongestPath = 4095;  // bytes; no system here opens a longer one
 
 // The bytes are kept beside what they mean: a file that was only touched need not be parsed again.
@@ -36,6 +38,10 @@ struct Snapshot {
   // read is then good for that read alone.
   bool settled = false;
   std::shared_ptr<const Parsed> parsed;
+  // We wrote counters into the file and believe until then (process_clock_ms) that it is as we left it: else they would
+  // have every setting read from the disk for a while, all the time. Somebody's edit in the same tick of the kernel's
+  // clock, in place and of the same size, is seen by then.
+  std::int64_t ours_until_ms = 0;
 };
 
 enum class Choice {
@@ -79,8 +85,8 @@ Choice choose_path_of_environment() {
 
 std::shared_ptr<const Parsed> published(const SettingsIdentity& identity) {
   const std::lock_guard lock(mutexes().snapshot);
-  const bool valid = snapshot != nullptr && snapshot->settled && snapshot->identity == identity;
-  return valid ? snapshot->parsed : nullptr;
+  if (snapshot == nullptr || snapshot->identity != identity) return nullptr;
+  return snapshot->settled || process_clock_ms() < snapshot->ours_until_ms ? snapshot->parsed : nullptr;
 }
 
 std::shared_ptr<const Parsed> last_published() {
@@ -141,6 +147,29 @@ std::shared_ptr<const Parsed> current() {
   return read_file(path);
 }
 
+// The state in which we left the file, if that was its last change we know of.
+SettingsIdentity known_identity() {
+  const std::lock_guard lock(mutexes().snapshot);
+  return snapshot != nullptr && snapshot->ours_until_ms != 0 ? snapshot->identity : SettingsIdentity();
+}
+
+// Under the mutex for reading, so that no reader who began before the write publishes the old file over it.
+void publish_own(SettingsWritten written) {
+  std::shared_ptr<const Parsed> parsed = parse(std::move(written.bytes));
+  const std::lock_guard reading(mutexes().reading);
+  publish({written.identity, false, std::move(parsed), process_clock_ms() + kAtRestAfter_ms});
+}
+
+SettingsWritten write_edits(std::span<const SettingEdit> edits, std::chrono::milliseconds lock_limit) {
+  const std::shared_ptr<const Parsed> parsed = current();
+  const bool all_held = std::all_of(edits.begin(), edits.end(), [&](const SettingEdit& edit) {
+    const SettingValue* held = parsed->content.find(edit.key_path, edit.name);
+    return held != nullptr && *held == edit.value;
+  });
+  if (all_held) return {true, {}, {}};
+  return update_settings_file(settings_file_path(), {edits, lock_limit, known_identity()});
+}
+
 }  // namespace
 
 const char* settings_file_path() {
@@ -190,10 +219,18 @@ bool for_each_name_in_file(std::string_view key_path, const std::function<bool(s
 }
 
 bool write_in_file(std::string_view key_path, std::string_view name, const SettingValue& value) {
-  const std::shared_ptr<const Parsed> parsed = current();
-  const SettingValue* held = parsed->content.find(key_path, name);
-  if (held != nullptr && *held == value) return true;
-  return update_settings_file(settings_file_path(), key_path, name, value);
+  const SettingEdit edit{key_path, name, value};
+  return write_edits({&edit, 1}, kLockLimit).held;
+}
+
+bool write_in_file(std::span<const NumberSetting> numbers, std::chrono::milliseconds lock_limit) {
+  std::vector<SettingEdit> edits;
+  edits.reserve(numbers.size());
+  for (const NumberSetting& number : numbers) edits.push_back({number.key_path, number.name, number.number});
+  SettingsWritten written = write_edits(edits, lock_limit);
+  const bool held = written.held;
+  if (written.identity.exists) publish_own(std::move(written));
+  return held;
 }
 
 std::optional<SettingsContent> all_in_file() {

@@ -2,6 +2,7 @@
 // program or the environment variable PVMTAFILTER_SETTINGS names, or the system's usual one.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -10,6 +11,7 @@
 #include <string_view>
 
 #include "platform/settings_file.h"
+#include "platform/settings_store.h"
 
 namespace pv::platform {
 
@@ -33,6 +35,7 @@ std::optional<std::uint32_t> read_number_in_file(std::string_view key_path, std:
 bool for_each_name_in_file(std::string_view key_path, const std::function<bool(std::string_view name)>& visit);
 [[nodiscard]] bool write_in_file(std::string_view key_path, std::string_view name, const SettingValue& value);
 std::optional<SettingsContent> all_in_file();
+[[nodiscard]] bool write_in_file(std::span<const NumberSetting> numbers, std::chrono::milliseconds lock_limit);
 void forget_settings_file();
 
 }  // namespace pv::platform

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/settings_bytes.h"
+
 namespace pv::platform {
 
 // The file at the end of the symbolic links, which need not exist yet: the links are to stay.
@@ -42,6 +44,8 @@ class NewSettingsFile {
 
   // The whole content, once; it is on the disk when this gave true. The file gets the target's access rights.
   [[nodiscard]] bool write(std::string_view bytes);
+  // Of the new file, while it stands beside the target.
+  SettingsIdentity identity() const;
   [[nodiscard]] bool replace_target();
 
  private:

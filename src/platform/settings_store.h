@@ -9,6 +9,7 @@
 // and HKCU for short). It then stands in the place of SOFTWARE\Post Vane\Post Vane.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -40,6 +41,17 @@ bool for_each_setting_name(std::string_view key_path, const std::function<bool(s
 // Every value of the file as it is now, or of the registry those in SOFTWARE\Post Vane\Post Vane and below. nullopt
 // when the file or the key cannot be read. For programs that show settings; texts beyond 65535 bytes are left out.
 std::optional<SettingsContent> all_settings();
+
+struct NumberSetting {
+  std::string_view key_path;
+  std::string_view name;
+  std::uint32_t number = 0;
+};
+
+// The same for several numbers at once: a file is replaced once, with all of them or none. `lock_limit` is how long to
+// wait for other writers of the file. Meant for numbers that change often: it does not slow down the reads that follow,
+// for which an edit of the file in the same instant may go unnoticed for a tenth of a second.
+[[nodiscard]] bool write_number_settings(std::span<const NumberSetting> numbers, std::chrono::milliseconds lock_limit);
 
 // Where the settings are, for messages: the path of the settings file, or "HKEY_LOCAL_MACHINE (32-bit view)".
 std::string settings_location();

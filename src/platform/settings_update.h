@@ -1,4 +1,4 @@
-// Changing one value of the settings file on disk.
+// Changing values of the settings file on disk.
 //
 // Failure: the file keeps its old bytes until the new ones are complete and on the disk; on any error the temporary
 // file is removed and the result is false. Writers, of this and other processes, exclude each other by a lock on
@@ -6,16 +6,35 @@
 // lock: what it saved while we worked is read again and kept, but a save in the instant before our rename is lost.
 #pragma once
 
+#include <chrono>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "platform/settings_bytes.h"
 #include "platform/settings_file.h"
 
 namespace pv::platform {
 
-// True when the file holds the value, whether it had to be written or not. Waits up to 5 s for other writers. A missing
-// file is created, a missing directory is not. A file that cannot be read is not replaced.
-[[nodiscard]] bool update_settings_file(const std::string& path, std::string_view key_path, std::string_view name,
-                                        const SettingValue& value);
+struct SettingEdit {
+  std::string_view key_path;
+  std::string_view name;
+  SettingValue value;
+};
+
+struct SettingsWrite {
+  std::span<const SettingEdit> edits;      // written in one replacement of the file
+  std::chrono::milliseconds lock_limit{};  // how long to wait for other writers
+  SettingsIdentity finished;  // a state of the file that nobody was in the middle of writing, if one is known
+};
+
+struct SettingsWritten {
+  bool held = false;          // the file holds the values, whether it had to be written or not
+  SettingsIdentity identity;  // of the file that took the old one's place; none when nobody can say
+  std::string bytes;          // what it holds, when it has an identity
+};
+
+// A missing file is created, a missing directory is not. A file that cannot be read is not replaced.
+[[nodiscard]] SettingsWritten update_settings_file(const std::string& path, const SettingsWrite& write);
 
 }  // namespace pv::platform

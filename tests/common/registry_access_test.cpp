@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <string>
 
-#include "common/agent_settings.h"
-#include "platform/output_capture.h"
 #include "support/server_tree.h"
 
 namespace pv {
@@ -57,29 +55,6 @@ TEST(RegistryAccess, ApplicationDirectoryOfTheOtherWordSize) {
   tree.set_text(kRootKey, "Application Directory", std::string(1022, 'x'));
   EXPECT_FALSE(reg_read_app_directory(out, 64)) << "a cut path would name another directory";
   EXPECT_EQ(out.view(), "");
-}
-
-TEST(PublishCounter, WritesNothingWhileOffAndReportsTheFirstFailureOnly) {
-  const test::ServerTree tree;
-  tree.set_number(kAgentKey, "Activity Log Enabled", 2);
-  forget_agent_settings();
-  forget_counter_failure_for_test();
-  const std::string before = tree.read("settings.reg");
-  publish_counter(kCountersKey, "SA Total Scans", 3);
-  EXPECT_EQ(tree.read("settings.reg"), before);
-  settings().update_statistics = 2;
-  publish_counter(kCountersKey, "SA Total Scans", 3);
-  EXPECT_EQ(reg_read_dword_or(kCountersKey, "SA Total Scans", 0), 3U);
-
-  tree.refuse_settings_writes();
-  platform::OutputCapture output;
-  publish_counter(kCountersKey, "SA Total Scans", 4);
-  publish_counter(kCountersKey, "SA Detections", 1);
-  EXPECT_EQ(output.take(),
-            " PV-IXXXX: Unable to save queue statistics for service. The service account may not have permission to "
-            "write to the registry path SOFTWARE\\Post Vane\\Post Vane\\Agents\\MTA\\Filters\\MTAFILTER\\Counters, "
-            "item SA Total Scans\n");
-  forget_agent_settings();
 }
 
 }  // namespace

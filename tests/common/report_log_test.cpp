@@ -18,6 +18,7 @@
 #include "platform/environment.h"
 #include "platform/output_capture.h"
 #include "platform/paths.h"
+#include "pvmtafilter/plugin.h"
 #include "support/server_tree.h"
 
 namespace pv {
@@ -209,12 +210,18 @@ TEST_F(ReportLogTest, CaughtExceptionsAreReportedInOneBlock) {
   platform::OutputCapture output;
   throw_and_report(std::runtime_error("no such zone"));
   throw_and_report(42);
+  throw_and_report(ComError(0x1234, "The meaning", "PVWINDNS", "what happened"));
+  throw_and_report(ComError(-1610608076, nullptr, "", ""));
   EXPECT_EQ(output.take(),
             " HasORBDBEntry handled an exception; session will be dropped.\n"
             "The exception was: no such zone\n"
             "The exception occurred in : ..\\SMTP\\DNSQuery, line 104\n"
             " HasORBDBEntry raised an exception.\n"
-            "The exception occurred in : ..\\SMTP\\DNSQuery, line 104\n");
+            "The exception occurred in : ..\\SMTP\\DNSQuery, line 104\n"
+            " HasORBDBEntry handled a COM error.\nCode = 0x00001234\nCode meaning = The meaning\n"
+            "Source = PVWINDNS\nError Description = what happened\n"
+            " HasORBDBEntry handled a COM error.\nCode = 0xa0001234\nCode meaning = Unknown error 0xA0001234\n"
+            "Source = \nError Description = \n");
 }
 
 TEST(Output, PrintsAnyLength) {

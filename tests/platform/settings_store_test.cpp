@@ -5,6 +5,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -82,6 +83,23 @@ TEST_F(SettingsStore, WritesOneValueAndKeepsTheRest) {
   EXPECT_TRUE(write_text_setting(kKey, "t", "\"text\""));
   EXPECT_EQ(directory_.read(kFile), file_with("dword:00000002 ; one\n\"t\"=\"\\\"text\\\"\""));
   EXPECT_THAT(directory_.names(""), ElementsAre(kFile, "settings.reg.lock"));
+}
+
+TEST_F(SettingsStore, SeveralNumbersInOneReplacement) {
+  using std::chrono::seconds;
+  write("dword:00000001");
+  const platform::NumberSetting numbers[] = {{kKey, "N", 2}, {kKey, "m", 3}, {"SOFTWARE\\Other", "o", 4}};
+  EXPECT_TRUE(platform::write_number_settings(numbers, seconds(5)));
+  const std::string written = file_with("dword:00000002") +
+                              "\"m\"=dword:00000003\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Other]\n\"o\"=dword:00000004\n";
+  EXPECT_EQ(directory_.read(kFile), written);
+  EXPECT_EQ(read_number_setting(kKey, "m"), 3U);
+  const platform::NumberSetting one_impossible[] = {{kKey, "m", 5}, {kKey, "two\nlines", 6}};
+  EXPECT_FALSE(platform::write_number_settings(one_impossible, seconds(5)));
+  EXPECT_EQ(directory_.read(kFile), written) << "all or none";
+  directory_.write("other", file_with("dword:00000007"));
+  fs::rename(directory_.path("other"), directory_.path(kFile));
+  EXPECT_EQ(read_number_setting(kKey, "n"), 7U) << "somebody's edit shows at once";
 }
 
 TEST_F(SettingsStore, CreatesAMissingFile) {

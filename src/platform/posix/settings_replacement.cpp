@@ -117,6 +117,10 @@ bool NewSettingsFile::write(std::string_view bytes) {
   return ::fsync(file.number()) == 0 && ::close(file.release()) == 0;
 }
 
+SettingsIdentity NewSettingsFile::identity() const {
+  return settings_identity(state_->path.c_str());
+}
+
 bool NewSettingsFile::replace_target() {
   if (::rename(state_->path.c_str(), state_->target.c_str()) != 0) return false;
   state_->path.clear();

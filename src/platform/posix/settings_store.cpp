@@ -26,6 +26,10 @@ bool write_text_setting(std::string_view key_path, std::string_view name, std::s
   return write_in_file(key_path, name, std::string(text));
 }
 
+bool write_number_settings(std::span<const NumberSetting> numbers, std::chrono::milliseconds lock_limit) {
+  return write_in_file(numbers, lock_limit);
+}
+
 std::string settings_location() {
   return settings_file_path();
 }

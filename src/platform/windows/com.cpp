@@ -3,7 +3,9 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
 
 namespace pv::platform {
 namespace {
@@ -29,6 +31,17 @@ void uninitialise_com() {
 
 int com_initialisations_of_thread() {
   return initialisations;
+}
+
+std::string com_code_text(std::int32_t code) {
+  constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  std::array<char, 1024> buffer{};
+  const DWORD length = ::FormatMessageA(kFlags, nullptr, static_cast<DWORD>(code), 0, buffer.data(),
+                                        static_cast<DWORD>(buffer.size()), nullptr);
+  const std::string text(buffer.data(), length);
+  if (const std::size_t end = text.find_last_not_of(" \r\n") + 1; end > 0) return text.substr(0, end);
+  std::snprintf(buffer.data(), buffer.size(), "Unknown error 0x%08X", static_cast<unsigned>(code));
+  return buffer.data();
 }
 
 }  // namespace pv::platform

@@ -118,6 +118,10 @@ bool NewSettingsFile::write(std::string_view bytes) {
   return ::FlushFileBuffers(file.get()) && file.close();
 }
 
+SettingsIdentity NewSettingsFile::identity() const {
+  return settings_identity(state_->path.c_str());
+}
+
 bool NewSettingsFile::replace_target() {
   const ULONGLONG begin = ::GetTickCount64();
   while (!replace_at_once(state_->path, state_->target)) {

@@ -1,5 +1,7 @@
 #include "platform/settings_store.h"
 
+#include <algorithm>
+
 #include "platform/settings_in_file.h"
 #include "platform/windows/registry.h"
 
@@ -30,6 +32,13 @@ bool write_number_setting(std::string_view key_path, std::string_view name, std:
 bool write_text_setting(std::string_view key_path, std::string_view name, std::string_view text) {
   return settings_file_path() != nullptr ? write_in_file(key_path, name, std::string(text))
                                          : write_text_in_registry(key_path, name, text);
+}
+
+bool write_number_settings(std::span<const NumberSetting> numbers, std::chrono::milliseconds lock_limit) {
+  if (settings_file_path() != nullptr) return write_in_file(numbers, lock_limit);
+  return std::all_of(numbers.begin(), numbers.end(), [](const NumberSetting& setting) {
+    return write_number_in_registry(setting.key_path, setting.name, setting.number);
+  });
 }
 
 std::string settings_location() {
