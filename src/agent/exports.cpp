@@ -5,7 +5,7 @@
 #include "agent/antivirus_plugins.h"
 #include "agent/filter_execute.h"
 #include "common/caught_exception.h"
-#include "common/report_log.h"
+#include "providers/bayesian_training.h"
 #include "pvmtafilter/agent.h"
 #include "script/script_host.h"
 
@@ -52,13 +52,8 @@ int32_t PV_CALL ExecuteVBScript(const char* script, const char* function_name, c
   });
 }
 
-int32_t PV_CALL FilterCommand(int32_t, int32_t, const char*) {
-  return guarded("FilterCommand", [] {
-    // The Bayesian provider cannot be loaded yet; once it can, the command goes to its execute entry.
-    pv::report_write(
-        "Bayesian AutoTraining is being called, but the system could not find a reference to BayesianExecute.\n");
-    return 0;
-  });
+int32_t PV_CALL FilterCommand(int32_t, int32_t, const char* command) {
+  return guarded("FilterCommand", [&] { return pv::train_bayesian(command != nullptr ? command : ""); });
 }
 
 }  // extern "C"

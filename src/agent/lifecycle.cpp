@@ -12,6 +12,9 @@
 #include "common/report_log.h"
 #include "platform/environment.h"
 #include "platform/settings_store.h"
+#include "providers/bayesian_training.h"
+#include "providers/dns_library.h"
+#include "providers/load_scanners.h"
 #include "store/store_library.h"
 
 namespace pv {
@@ -24,28 +27,21 @@ void open_log_and_read_settings() {
   create_report_mutex();
   open_report_log();
   read_general_settings();
-  // The DNS look-up library is initialised here, with the local DNS server list, once the agent can load it.
+  load_dns_library(settings().local_dns_server_list.c_str());
   reread_directories();
   read_server_settings();
 }
 
-// Scan counters start at 0 with every start of the agent, so that they count since "Service Start".
-void restart_counters(const char* detections, const char* total_scans) {
-  publish_counter(kCountersKey, detections, 0);
-  publish_counter(kCountersKey, total_scans, 0);
-}
-
-// The order in which the providers are loaded: DKIM, Bayesian, SpamAssassin, antivirus. None can be loaded yet; their
-// criteria are left alone (providers/scanners.h).
+// The counters that the scanners publish are 0 now, so that the stored ones count since "Service Start".
 void start_scanners() {
   read_scanner_settings();
-  if (settings().bayesian_filtering_status != 0) restart_counters("Bayesian Detections", "Bayesian Total Scans");
-  if (spamassassin_enabled()) restart_counters("SA Detections", "SA Total Scans");
+  load_dkim_scanner();
+  load_bayesian_scanner();
+  load_spam_assassin_scanner();
   publish_counter(kCountersKey, "Service Start", unix_time_now());
   read_antivirus_setting();
-  if (settings().antivirus_status == 0) return;
-  restart_counters("Antivirus Detected", "Antivirus Total Scans");
-  LoadStoreLibrary();
+  load_antivirus_scanner();
+  if (settings().antivirus_status != 0) LoadStoreLibrary();
 }
 
 }  // namespace
@@ -66,13 +62,18 @@ void detach() noexcept {
   if (attached_process != platform::process_id()) return;
   try {
     release_system_filters();
-    // The scanner providers are released here, once they can be loaded.
+    // At the end of the process messages may still be in flight; they keep their scanners, look-ups and settings.
+    const bool idle = messages_in_flight == 0 && trainings_in_progress == 0;
+    finish_publishing_counters();
+    if (idle) release_scanners();
     release_antivirus_plugin();
     ReleaseStoreLibrary();
     close_report_log();
     release_report_log();
-    // At the end of the process messages may still be in flight; they keep their settings.
-    if (messages_in_flight == 0) forget_agent_settings();
+    if (idle) {
+      forget_agent_settings();
+      forget_dns_library();
+    }
     platform::forget_settings();
   } catch (...) {
     report_caught_exception("detach", "agent/lifecycle.cpp", __LINE__);

@@ -1,10 +1,12 @@
 #include "scan/body_links.h"
 
+#include "providers/dns_library.h"
+
 namespace pv {
 
-// The search for links and their look-up come in here together with the DNS library.
-bool find_listed_link(std::string_view, std::uint32_t&, std::string_view, BlacklistName&) {
-  return false;
+bool find_listed_link(std::string_view message_id, std::uint32_t& look_ups, std::string_view line,
+                      BlacklistName& list) {
+  return FindBlacklistedLink(message_id, look_ups, line, list, &dns_has_blacklist_entry) != 0;
 }
 
 }  // namespace pv
