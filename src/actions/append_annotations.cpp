@@ -8,6 +8,7 @@
 #include "actions/multipart.h"
 #include "common/files.h"
 #include "common/text_search.h"
+#include "platform/directory.h"
 #include "platform/file.h"
 #include "platform/paths.h"
 
@@ -109,7 +110,9 @@ void AnnotatedMessage::insert(std::string_view name) {
   const std::string path = platform::join_path({message_.directories.configuration, "Postoffices", request_.postoffice,
                                                 "Annotations", std::string(name) + ".TXT"});
   if (!annotation.open(path, platform::FileMode::kText)) {
-    failed_ = failed_ || file_exists(path);  // an annotation that is there and cannot be read is not left out
+    // A file that is there and cannot be read at the moment is not left out: the action fails.
+    const std::optional<platform::DirectoryEntry> entry = platform::find_first_entry(path);
+    failed_ = failed_ || (entry && !entry->is_directory);
     return;
   }
   write("\n");
@@ -161,18 +164,19 @@ Marker AnnotatedMessage::annotate_part(MessageText& in, const PartMarkers& marke
   return met;
 }
 
-// Up to the first part, whose marker is not copied. False: the message has none and was copied whole.
+// Up to the first part, its marker included. False: the message has none and was copied whole.
 bool AnnotatedMessage::copy_preamble(MessageText& in, const PartMarkers& markers) {
   while (const std::optional<std::string_view> line = next(in)) {
-    if (in.begins_line() && markers.find(*line) == Marker::kStart) return true;
     write(*line);
+    if (in.begins_line() && markers.find(*line) == Marker::kStart) return true;
   }
   return false;
 }
 
 // Without an end marker the last part ends with the file.
 void AnnotatedMessage::annotate_parts(MessageText& in, const PartMarkers& markers) {
-  Marker met = copy_preamble(in, markers) ? Marker::kStart : Marker::kNone;
+  if (!copy_preamble(in, markers)) return;
+  Marker met = annotate_part(in, markers);
   while (met == Marker::kStart) {
     write(markers.text(met));
     write("\n");

@@ -1,7 +1,9 @@
 #include "actions/notification.h"
 
+#include <optional>
 #include <string>
 
+#include "actions/filter_mark.h"
 #include "actions/filtered_headers.h"
 #include "actions/notification_file.h"
 #include "actions/notification_template.h"
@@ -38,6 +40,15 @@ bool open_template(const NotificationRequest& request, platform::InputFile& sour
   return source.open(path, platform::FileMode::kText);
 }
 
+// The filtered message's headers may stand before the mark in a template, and one of them may hide it.
+bool keep_mark_seen(const MessageContext& notification) {
+  const std::string path = message_file_path(notification, Queue::kInbound);
+  const std::optional<bool> seen = scan_sees_mark(path);
+  if (seen && (*seen || put_before(std::string(kFilterMark) + ": 1\r\n", path, notification))) return true;
+  (void)platform::remove_file(path);
+  return false;
+}
+
 bool write_message_file(const NotificationRequest& request, const MessageContext& notification,
                         const NotificationText& text, const NotificationForm& form) {
   FilteredHeaders headers(message_file_path(request.filtered, request.queue));
@@ -49,7 +60,7 @@ bool write_message_file(const NotificationRequest& request, const MessageContext
   platform::InputFile source;
   const bool written = open_template(request, source) ? copy_template(source, text, form, headers, out)
                                                       : write_default_text(text, form, headers, out);
-  return written && out.commit();
+  return written && out.commit() && keep_mark_seen(notification);
 }
 
 }  // namespace

@@ -148,7 +148,7 @@ TEST_F(Annotations, StandRoundEveryTextPart) {
       {"the last type of a part counts", "#--b|Content-Type: image/png;|" + plain + "one|--b--|",
        "#--b|Content-Type: image/png;|" + plain + "|[top]||one||[bottom]|--b--|"},
       {"white space behind a marker", "#--b \t|" + plain + "one|--b-- |",
-       "#--b|" + plain + "|[top]||one||[bottom]|--b--|"},
+       "#--b \t|" + plain + "|[top]||one||[bottom]|--b--|"},
       {"a multipart within, with a longer boundary",
        "#--b|Content-Type: multipart/x;| boundary=\"bc\"||--bc|" + plain + "one|--bc--|--b|" + plain + "two|--b--|",
        "#--b|Content-Type: multipart/x;| boundary=\"bc\"||--bc|" + plain + "one|--bc--|--b|" + plain +
@@ -235,12 +235,12 @@ TEST_F(Annotations, AreAskedForOneByOne) {
   EXPECT_TRUE(succeeded_) << "a missing text";
 }
 
-TEST_F(Annotations, FailWithoutMessageOrReadableText) {
+TEST_F(Annotations, NeedTheMessageAndTakeADirectoryForNoText) {
   EXPECT_FALSE(AppendAnnotations(message_, request_)) << "it lies in another queue";
   tree_.remove("conf/POSTOFFICES/System/Annotations/Bottom.txt");
   tree_.make_directory("conf/POSTOFFICES/System/Annotations/Bottom.txt");
-  EXPECT_EQ(annotated("A: b||text|"), "A: b||text|");
-  EXPECT_FALSE(succeeded_);
+  EXPECT_EQ(annotated("A: b||text|"), "A: b|X-PVFilter: 1|||[top]||text|");
+  EXPECT_TRUE(succeeded_);
 }
 
 struct BoundaryCase {

@@ -15,6 +15,8 @@ using ::testing::ElementsAre;
 using Forward = test::NewMessages;
 
 TEST_F(Forward, QueuesAMarkedCopy) {
+  const std::string scanned_in_pieces = "A: " + std::string(2044, 'x') + "\r\nB: c\r\n\r\nbody";
+  const std::string added_in_pieces = "A: " + std::string(4092, 'x') + "\r\nB: c\r\n\r\nbody";
   const struct {
     const char* what;
     std::string message;
@@ -23,6 +25,9 @@ TEST_F(Forward, QueuesAMarkedCopy) {
       {"marked", "To: b\nSubject: c\0\r\n\r\nbo\0dy\n\r"s, "To: b\nSubject: c\0\r\nX-PVFilter: 1\r\n\r\nbo\0dy\n\r"s},
       {"marked already", "x-pvfilter: 1\r\nA: b\r\n\r\n", "X-PVFilter: 1\r\nA: b\r\n\r\n"},
       {"empty", "", "X-PVFilter: 1\r\n\r\n"},
+      {"a long line would hide the mark from the scan", scanned_in_pieces, "X-PVFilter: 1\r\n" + scanned_in_pieces},
+      {"a long line would take the mark in", added_in_pieces, "X-PVFilter: 1\r\n" + added_in_pieces},
+      {"the mark would join the last line", "A: b", "X-PVFilter: 1\r\nA: b"},
   };
   for (const auto& c : cases) {
     queue(c.message);

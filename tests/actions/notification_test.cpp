@@ -88,6 +88,15 @@ TEST_F(Notifications, APostofficeTellsOfTheOutgoingMessage) {
   }
 }
 
+// The scan would take a later piece of the long line for the end of the headers, and notify of the notification.
+TEST_F(Notifications, TheMarkComesFirstWhereAHeaderWouldHideIt) {
+  const std::string header = "Long: " + std::string(2041, 'x') + "\r\n";
+  use_postoffice("Main", header + "\r\n");
+  write_template("[PV_HEADERS]\r\n\r\ntext\r\n");
+  ASSERT_TRUE(run("NOTIFY_SENDER", "T"));
+  EXPECT_EQ(text(), "X-PVFilter: 1\r\n" + header + "X-PVFilter: 1\r\n\r\ntext\r\n");
+}
+
 TEST_F(Notifications, PutTheMarkIntoTheTemplatesHeaders) {
   const std::string x(2047, 'x');
   const struct {
@@ -104,7 +113,8 @@ TEST_F(Notifications, PutTheMarkIntoTheTemplatesHeaders) {
       {"an empty template", "", "X-PVFilter: 1\r\n"},
       {"an empty line that a token left", "[PV_CRITERIA]A: b\n[PV_ACCOUNT]\nc\n",
        "SUBJECTA: b\r\nX-PVFilter: 1\r\n\r\nc\r\n"},
-      {"the end of a long line is no empty line", x + "\r\nA: b\n\n", x + "\r\nA: b\r\nX-PVFilter: 1\r\n\r\n"},
+      {"the end of a long line is no empty line", x + "\r\nA: b\n\n",
+       "X-PVFilter: 1\r\n" + x + "\r\nA: b\r\nX-PVFilter: 1\r\n\r\n"},
       {"a piece of a long line is no header", x + "X-PVFilter: 1\n\n", x + "X-PVFilter: 1\r\nX-PVFilter: 1\r\n\r\n"},
       {"NUL and stray CR are kept", "A: \0\rb\n\n"s, "A: \0\rb\r\nX-PVFilter: 1\r\n\r\n"s},
   };
