@@ -82,15 +82,10 @@ PV_EXPORT int32_t PV_CALL DNSInitialize(const char* local_dns_servers);
  * on entry) is not read afterwards. May throw: a std::exception, pv::ComError or anything else. */
 PV_EXPORT int32_t PV_CALL HasORBDBEntry(const char* host, const char* address, char* scratch, char* list_name);
 
-/* The store library, PVAISP.DLL: called once after loading and once before unloading. Both results are the agent's
- * results of loading and releasing the store. */
+/* The message store's library, PVAISP.DLL. The agent loads it at its start when antivirus scanning is on, calls the
+ * first then and the second before it unloads it; both are optional, and both results are ignored. */
 PV_EXPORT int32_t PV_CALL StoreLibrary_Init(void);
 PV_EXPORT int32_t PV_CALL StoreLibrary_UnInit(void);
-
-/* The message store's library. The agent loads it at its start when antivirus scanning is on, calls the first then and
- * the second before it unloads it; both are optional. */
-int32_t PV_CALL StoreLibrary_Init(void);
-int32_t PV_CALL StoreLibrary_UnInit(void);
 
 #ifdef __cplusplus
 } /* extern "C" */

@@ -48,9 +48,14 @@ bool reg_read_app_directory(BoundedText<1024>& out, int flag);
 //
 // The number is stored when this returns, unless another thread is writing counters, which then writes this one as
 // well, or writing took more than its share of the time lately: then it is written a moment later. Either way nobody
-// waits, and the number stored last is the highest. The first failed write of the process is reported through
-// report_write, later ones are not; a number that could not be written is tried again with the next one.
+// waits, and the number stored last is the highest; once nothing is published any more it is stored after some
+// milliseconds. The first failed write of the process is reported through report_write, later ones are not; a number
+// that could not be written is tried again with the next one.
 void publish_counter(std::string_view key_path, std::string_view name, std::uint32_t number);
+
+// For a moment without a message in flight: stores what was put off, unless there were many such moments lately. Costs
+// one load when nothing was.
+void store_counters_at_rest() noexcept;
 
 // Writes what was put off and forgets what was published: counters may begin at 0 again. For shutdown and tests.
 void finish_publishing_counters();

@@ -62,9 +62,10 @@ double leading_decimal(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   const Decimal decimal = decimal_prefix(text);
+  if (decimal.all.empty()) return 0;
   double number = 0;
   const auto end = decimal.all.data() + decimal.all.size();
-  if (!decimal.all.empty() && std::from_chars(decimal.all.data(), end, number).ec != std::errc()) {
+  if (std::from_chars(decimal.all.data(), end, number).ec != std::errc()) {
     number = is_too_large(decimal) ? std::numeric_limits<double>::max() : 0;
   }
   return negative ? -number : number;

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "agent/filter_execute.h"
+#include "agent/lifecycle.h"
 #include "agent/loaded_agent.h"
 #include "common/registry_access.h"
 #include "filters/criteria_keywords.h"
@@ -61,6 +63,18 @@ TEST(Scanners, CountersAreStoredWhenTheAgentIsUnloaded) {
   }
   platform::forget_settings();
   EXPECT_EQ(reg_read_dword_or(kCountersKey, "Bayesian Total Scans", 0), 500U);
+}
+
+TEST(Scanners, TheLastMessageInFlightStoresTheCounters) {
+  const BayesianServer server;
+  attach();
+  std::uint32_t number = 0;
+  do {
+    publish_counter(kCountersKey, "SA Total Scans", ++number);
+  } while (number < 100000 && reg_read_dword_or(kCountersKey, "SA Total Scans", 0) == number);
+  filter_queued_message("none", "SMTP");
+  EXPECT_EQ(reg_read_dword_or(kCountersKey, "SA Total Scans", 0), number);
+  detach();
 }
 
 TEST(Scanners, AnExceptionLeavesTheMessageAsItWas) {

@@ -49,6 +49,7 @@ TEST(DecimalNumber, TheLongestPrefixThatIsOneCounts) {
 
 TEST(DecimalNumber, SixDecimals) {
   EXPECT_EQ(six_decimals(97.5), "97.500000");
+  EXPECT_EQ(six_decimals(leading_decimal("-nan")), "0.000000") << "no number has no sign";
   EXPECT_EQ(six_decimals(-0.0000004), "-0.000000");
   EXPECT_EQ(six_decimals(2.0 / 3), "0.666667");
   EXPECT_EQ(six_decimals(-kLargest).size(), 317U);
