@@ -1,8 +1,14 @@
-# The libraries that the program and the tests use: Debian's packages, and when cross compiling their sources or headers.
+# The libraries that the agent, the program and the tests use: Debian's packages, and when cross compiling their sources or headers.
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(GTest REQUIRED)
   find_package(CLI11 REQUIRED)
   find_package(nlohmann_json REQUIRED)
+  # The regular expressions of scripts. Debian has no PCRE2 for MinGW: that build's engine has no RegExp.
+  find_path(PCRE2_INCLUDE_DIR pcre2.h REQUIRED)
+  find_library(PCRE2_LIBRARY pcre2-8 REQUIRED)
+  add_library(PCRE2::pcre2-8 UNKNOWN IMPORTED)
+  set_target_properties(PCRE2::pcre2-8 PROPERTIES IMPORTED_LOCATION ${PCRE2_LIBRARY}
+                                                  INTERFACE_INCLUDE_DIRECTORIES ${PCRE2_INCLUDE_DIR})
   return()
 endif()
 
