@@ -5,17 +5,17 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace pv::platform {
 
-// A value that is neither empty nor a text nor a whole number of 16 bits.
-struct OtherScriptValue {};
-
-// What a function of a program gave: nothing, a whole number or a truth value (true is -1), a text, or something else.
-using ScriptValue = std::variant<std::monostate, std::int16_t, std::string, OtherScriptValue>;
+// What a function of a program gave, by the language's own conversions.
+struct ScriptValue {
+  std::int16_t number = 0;               // 0 also when it is no number of 16 bits
+  std::optional<std::string> text = "";  // nullopt: it has none (Null, most objects)
+};
 
 // One control with one program. Used by the thread that created it alone, which must be in a COM apartment.
 class ScriptControl {
@@ -30,6 +30,10 @@ class ScriptControl {
   // Calls a function of the program without arguments. `value` is what it gave, also after a failure: then most often
   // nothing.
   [[nodiscard]] virtual std::int32_t run(std::string_view function_name, ScriptValue& value) = 0;
+
+  // One line of at most 127 bytes about the failure that the last call answered; the system's text unless the control
+  // knows more.
+  virtual std::string failure_text(std::int32_t code) const;
 };
 
 // A fresh control, or nullptr with the system's code in `failure`. A system without a script control answers

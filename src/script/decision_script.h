@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "common/bounded_text.h"
 #include "filters/filter_set.h"
@@ -15,5 +17,10 @@ namespace pv {
 // than 0.
 std::int32_t RunDecisionScript(const MessageContext& message, const FilterSet& set, FilterIndex filter,
                                const MatchResults& results, BoundedText<1024>& result_text);
+
+// The program that a filter's script becomes once its tokens are replaced: the script is the body of a function. Its
+// first line is line kScriptStartsAfter + 1 of the program.
+std::string decision_program(std::string_view script);
+inline constexpr int kScriptStartsAfter = 10;
 
 }  // namespace pv

@@ -11,7 +11,8 @@ namespace pv {
 // Makes a fresh control; on failure nullptr, and the system's code in `failure`.
 using ScriptControlFactory = std::unique_ptr<platform::ScriptControl> (*)(std::int32_t& failure);
 
-// The system's script control. Where the system has none this fails: there is no engine of our own to stand in.
+// The system's script control; our own engine where the system has none. A control that is there and cannot be made
+// (the thread is in no COM apartment) is a failure.
 std::unique_ptr<platform::ScriptControl> new_script_control(std::int32_t& failure);
 
 // Makes new_script_control use `factory`; nullptr: the system again. Any thread; holds for the whole process.

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <variant>
 
 #include "common/formats.h"
 #include "common/text_search.h"
@@ -36,8 +35,7 @@ void fill(std::span<char> room, std::string_view text) {
   room[text.copy(room.data(), room.size() - 1)] = '\0';
 }
 
-void report_failure(std::int32_t code) {
-  const std::string text = platform::script_failure_text(code);
+void report_failure(std::int32_t code, const std::string& text) {
   const BoundedText<256> line =
       format_text_256("PostVane Filter Script incurred an error: (%ld) %s", static_cast<long>(code), text.c_str());
   script_debug_print(format_text("%s\n", line.c_str()));
@@ -60,14 +58,9 @@ std::int32_t load_program(ScriptControl& control, const ScriptRequest& request) 
   const std::int32_t outcome = control.add_code(request.program);
   if (failed(outcome)) {
     report_syntax_error(request, outcome);
-    report_failure(outcome);
+    report_failure(outcome, control.failure_text(outcome));
   }
   return outcome;
-}
-
-std::int32_t verdict_of(const ScriptValue& value) {
-  const auto* number = std::get_if<std::int16_t>(&value);
-  return number != nullptr ? *number : 0;
 }
 
 bool wants_result_text(const ScriptRequest& request, std::int32_t verdict) {
@@ -78,18 +71,17 @@ bool wants_result_text(const ScriptRequest& request, std::int32_t verdict) {
 void fetch_result_text(ScriptControl& control, std::span<char> result_text) {
   ScriptValue value;
   if (failed(control.run(kResultFunction, value))) return;
-  if (std::holds_alternative<std::monostate>(value)) fill(result_text, {});
-  if (const auto* text = std::get_if<std::string>(&value)) fill(result_text, *text);
+  if (value.text) fill(result_text, *value.text);
 }
 
 std::int32_t run_function(ScriptControl& control, const ScriptRequest& request) {
   ScriptValue value;
   const std::int32_t outcome = control.run(request.function, value);
-  const std::int32_t verdict = verdict_of(value);
+  const std::int32_t verdict = value.number;
   if (failed(outcome)) {
     script_debug_print(format_text("Script failed. 'PV_Execute()' function returned value = %ld.\n",  // any function's
                                    static_cast<long>(verdict)));
-    report_failure(outcome);
+    report_failure(outcome, control.failure_text(outcome));
     return 0;
   }
   script_debug_print("Script executed successfully.\n");
@@ -103,7 +95,7 @@ std::int32_t run_request(const ScriptRequest& request) {
   std::int32_t failure = 0;
   const std::unique_ptr<ScriptControl> control = new_script_control(failure);
   if (control == nullptr) {
-    report_failure(failure);
+    report_failure(failure, platform::script_failure_text(failure));
     return 0;
   }
   script_debug_print("Script before execution:\n");

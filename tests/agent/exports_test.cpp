@@ -114,7 +114,7 @@ TEST(Exports, AMissingCommandFileLeavesTheEnvelopeEmpty) {
   EXPECT_THAT(server.message("A.MAI"), HasSubstr("X-Found: free from \r\n"));
 }
 
-TEST(Exports, TheOthersAnswerWithoutScannersAndScripts) {
+TEST(Exports, TheOthersAnswerWithoutScanners) {
   const ServerTree server;
   prepare(server);
   const LoadedAgent agent(server);
@@ -124,10 +124,13 @@ TEST(Exports, TheOthersAnswerWithoutScannersAndScripts) {
                                             "reference to BayesianExecute.\r\n"));
   char text[8] = "before";
   auto* run = agent.find<decltype(ExecuteVBScript)>("ExecuteVBScript");
-  EXPECT_EQ(run("Function F\nF=1\nEnd Function", "F", text, sizeof text, 0), 0);
+  EXPECT_EQ(run("Function F\nF=True\nEnd Function", "F", text, sizeof text, 0), -1);
   EXPECT_STREQ(text, "before");
-  EXPECT_EQ(run("Function F\nF=1\nEnd Function", "F", text, sizeof text, 1), 0);
+  EXPECT_EQ(run("Function F\nF=True\nEnd Function", "F", text, sizeof text, 1), -1);
   EXPECT_STREQ(text, "");
+  char error[64] = "before";
+  EXPECT_EQ(run("Function F\nF=\nEnd Function", "F", error, sizeof error, 1), 0);
+  EXPECT_STREQ(error, "Script Syntax Error: HRESULT = -2146827265.");
   EXPECT_EQ(run(nullptr, nullptr, nullptr, 0, 1), 0);
 }
 

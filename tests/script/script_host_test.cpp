@@ -11,12 +11,22 @@
 namespace pv {
 namespace {
 
-using platform::OtherScriptValue;
 using platform::ScriptValue;
 using test::FakeScripting;
 using testing::ElementsAre;
 
 constexpr std::int32_t kNotRegistered = -2147221164;
+// What a function gave.
+ScriptValue number(std::int16_t number) {
+  return {number, std::to_string(number)};
+}
+ScriptValue text(std::string text) {
+  return {0, std::move(text)};
+}
+ScriptValue null() {
+  return {0, std::nullopt};
+}
+
 constexpr char kProgram[] = "Function F\r\nEnd Function\r\n";
 constexpr char kShown[] = "Script before execution:\nFunction F\r\nEnd Function\r\n";
 constexpr char kWithResult[] = "Function F\nFunction pv_getresultdata";
@@ -79,8 +89,8 @@ TEST(ScriptHost, FailuresGiveZeroAndAreTold) {
        true,
        syntax_error + "PostVane Filter Script incurred an error: (-2146827286) \n",
        "Script Syntax Error: HRESULT = -2146827286."},
-      {"a name that does not occur", {.function = {0, std::int16_t{1}}}, "G", false, kShown + no_function, "old"},
-      {"the same, filling", {.function = {0, std::int16_t{1}}}, "G", true, kShown + no_function, ""},
+      {"a name that does not occur", {.function = {0, number(1)}}, "G", false, kShown + no_function, "old"},
+      {"the same, filling", {.function = {0, number(1)}}, "G", true, kShown + no_function, ""},
       {"the run fails",
        {.function = {kNotRegistered, {}}},
        "F",
@@ -88,7 +98,7 @@ TEST(ScriptHost, FailuresGiveZeroAndAreTold) {
        std::string(kShown) + "Script failed. 'PV_Execute()' function returned value = 0.\n" + error_line,
        "old"},
       {"the run fails with a value",
-       {.function = {kNotRegistered, std::int16_t{-7}}},
+       {.function = {kNotRegistered, number(-7)}},
        "F",
        true,
        std::string(kShown) + "Script failed. 'PV_Execute()' function returned value = -7.\n" + error_line,
@@ -112,12 +122,12 @@ struct VerdictCase {
 
 TEST(ScriptHost, TheVerdictIsAWholeNumberOf16Bits) {
   const VerdictCase cases[] = {
-      {"one", std::int16_t{1}, 1},
-      {"true keeps its sign", std::int16_t{-1}, -1},
-      {"the lowest", std::int16_t{-32768}, -32768},
+      {"one", number(1), 1},
+      {"true keeps its sign", number(-1), -1},
+      {"the lowest", number(-32768), -32768},
       {"never assigned", {}, 0},
-      {"a text", std::string("1"), 0},
-      {"something else", OtherScriptValue{}, 0},
+      {"a text that holds one", ScriptValue{1, "1"}, 1},
+      {"neither number nor text", null(), 0},
   };
   for (const VerdictCase& c : cases) {
     FakeScripting scripting{.function = {0, c.value}};
@@ -141,7 +151,7 @@ struct ResultCase {
 };
 
 TEST(ScriptHost, TheResultTextIsAskedForAndKeptByRule) {
-  const std::string eight = "12345678";
+  const ScriptValue eight = text("12345678");
   const ResultCase cases[] = {
       {"a verdict and a text", kWithResult, 1, false, true, 64, {0, eight}, "12345678"},
       {"a verdict below 0", kWithResult, -1, false, true, 64, {0, eight}, "12345678"},
@@ -155,12 +165,12 @@ TEST(ScriptHost, TheResultTextIsAskedForAndKeptByRule) {
       {"one byte too long", kWithResult, 1, false, true, 8, {0, eight}, "1234567"},
       {"just fits", kWithResult, 1, false, true, 9, {0, eight}, "12345678"},
       {"nothing", kWithResult, 1, false, true, 64, {0, {}}, ""},
-      {"a number", kWithResult, 1, false, true, 64, {0, std::int16_t{5}}, "old"},
-      {"something else", kWithResult, 1, false, true, 64, {0, OtherScriptValue{}}, "old"},
+      {"a number", kWithResult, 1, false, true, 64, {0, number(5)}, "5"},
+      {"what has no text", kWithResult, 1, false, true, 64, {0, null()}, "old"},
       {"its run fails", kWithResult, 1, false, true, 64, {kNotRegistered, eight}, "old"},
   };
   for (const ResultCase& c : cases) {
-    FakeScripting scripting{.function = {0, c.verdict}, .result_data = c.result_data};
+    FakeScripting scripting{.function = {0, number(c.verdict)}, .result_data = c.result_data};
     const Outcome outcome = run(scripting, c.program, "F", c.always_fill_result, c.room);
     EXPECT_EQ(outcome.verdict, c.verdict) << c.what;
     EXPECT_EQ(outcome.result_text, c.result_text) << c.what;
@@ -175,8 +185,7 @@ TEST(ScriptHost, TheSyntaxErrorTextIsCutToItsRoom) {
 }
 
 TEST(ScriptHost, EachRunHasAControlOfItsOwn) {
-  FakeScripting scripting{.set_language = -1,
-                          .function = {0, std::int16_t{1}}};  // the language's failure is passed over
+  FakeScripting scripting{.set_language = -1, .function = {0, number(1)}};  // the language's failure is passed over
   run(scripting, "f", "F", false);
   run(scripting, "f", "F", false);
   EXPECT_THAT(scripting.calls, ElementsAre("create", "Language VBScript", "AddCode f", "Run F", "release",  //
@@ -184,7 +193,7 @@ TEST(ScriptHost, EachRunHasAControlOfItsOwn) {
 }
 
 TEST(ScriptHost, ALongProgramIsShownWhole) {
-  FakeScripting scripting{.function = {0, std::int16_t{1}}};
+  FakeScripting scripting{.function = {0, number(1)}};
   const std::string program = "F" + std::string(1 << 20, '%');
   EXPECT_EQ(run(scripting, program, "F", false).lines,
             "Script before execution:\n" + program + "Script executed successfully.\nFunction Returned Value = 1.\n");

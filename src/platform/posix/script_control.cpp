@@ -13,6 +13,10 @@ std::unique_ptr<ScriptControl> create_script_control(std::int32_t& failure) {
   return nullptr;
 }
 
+std::string ScriptControl::failure_text(std::int32_t code) const {
+  return script_failure_text(code);
+}
+
 std::string script_failure_text(std::int32_t code) {
   return code == kClassNotRegistered ? "Class not registered" : "";
 }

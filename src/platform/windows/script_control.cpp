@@ -66,29 +66,20 @@ std::string ansi_text(BSTR wide) {
   return text;
 }
 
-// A Long within 16 bits counts: scripts get one from CLng and from sums beyond Integer.
-ScriptValue whole_number(long number) {
-  if (number < SHRT_MIN || number > SHRT_MAX) return OtherScriptValue{};
-  return static_cast<std::int16_t>(number);
+// Half goes to the even neighbour, as CInt has it; what is no number or has more than 16 bits is 0.
+std::int16_t number_of(const VARIANT& variant) {
+  Variant number;
+  if (V_VT(&variant) == VT_NULL) return 0;
+  const HRESULT changed = ::VariantChangeType(number.get(), const_cast<VARIANT*>(&variant), 0, VT_I2);
+  return FAILED(changed) ? std::int16_t{0} : V_I2(number.get());
 }
 
-ScriptValue script_value(const VARIANT& variant) {
-  switch (V_VT(&variant)) {
-    case VT_EMPTY:
-      return {};
-    case VT_BSTR:
-      return ansi_text(V_BSTR(&variant));
-    case VT_I2:
-      return V_I2(&variant);
-    case VT_BOOL:
-      return V_BOOL(&variant);
-    case VT_UI1:
-      return whole_number(V_UI1(&variant));
-    case VT_I4:
-      return whole_number(V_I4(&variant));
-    default:
-      return OtherScriptValue{};
-  }
+std::optional<std::string> text_of(const VARIANT& variant) {
+  if (V_VT(&variant) == VT_NULL) return std::nullopt;
+  Variant text;
+  const HRESULT changed = ::VariantChangeType(text.get(), const_cast<VARIANT*>(&variant), VARIANT_ALPHABOOL, VT_BSTR);
+  if (FAILED(changed)) return std::nullopt;
+  return ansi_text(V_BSTR(text.get()));
 }
 
 // Uses a member, by its name, with `arguments`, the last one first.
@@ -147,7 +138,7 @@ class SystemScriptControl : public ScriptControl {
       ::VariantClear(result.get());
       outcome = run_with_empty_list(*control_, function_name, result.get());
     }
-    value = script_value(*result);
+    value = {number_of(*result), text_of(*result)};
     return outcome;
   }
 
@@ -165,6 +156,10 @@ std::unique_ptr<ScriptControl> create_script_control(std::int32_t& failure) {
   failure = ::CoCreateInstance(class_identifier, nullptr, CLSCTX_ALL, __uuidof(IDispatch), &created);
   if (FAILED(failure)) return nullptr;
   return std::make_unique<SystemScriptControl>(Dispatch(static_cast<IDispatch*>(created)));
+}
+
+std::string ScriptControl::failure_text(std::int32_t code) const {
+  return script_failure_text(code);
 }
 
 std::string script_failure_text(std::int32_t code) {
