@@ -33,4 +33,7 @@ ExitStatus set_setting(const SettingsPlace& settings, const std::string& name, c
                        SettingType type);
 ExitStatus list_settings(const SettingsPlace& settings);
 
+// pvfilter check: reads what the agent reads and names every mistake on standard error; kDataError when there are any.
+ExitStatus check_server(const SettingsPlace& settings);
+
 }  // namespace pvfilter

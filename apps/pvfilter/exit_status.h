@@ -9,6 +9,7 @@ namespace pvfilter {
 enum ExitStatus : int {
   kOk = 0,
   kUsage = 64,        // the command line is wrong
+  kDataError = 65,    // `check` found mistakes
   kNoInput = 66,      // an input file, a server tree or a value is not there
   kUnavailable = 69,  // the agent library cannot be loaded
   kSoftware = 70,     // a fault of this program

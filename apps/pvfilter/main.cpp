@@ -93,6 +93,13 @@ void add_settings(CLI::App& app, SettingsOptions& options, Command& chosen) {
   list->callback([&] { chosen = [&] { return list_settings(options.settings); }; });
 }
 
+void add_check(CLI::App& app, SettingsPlace& settings, Command& chosen) {
+  CLI::App* command = app.add_subcommand(
+      "check", "read settings, tables, scripts, templates and word files as the agent will, and name every mistake");
+  add_settings_options(*command, settings);
+  command->callback([&] { chosen = [&] { return check_server(settings); }; });
+}
+
 // Help and version end well; anything else about the command line is a usage error.
 int end_of_parsing(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) return app.exit(error);
@@ -125,11 +132,13 @@ int main(int argc, char** argv) {
   app.allow_windows_style_options(false);  // "/srv/a.eml" is a path everywhere
 
   Command chosen;
+  SettingsPlace checked;
   NewOptions new_options;
   RunOptions run;
   SettingsOptions settings;
   add_new(app, new_options, chosen);
   add_run(app, run, chosen);
+  add_check(app, checked, chosen);
   add_settings(app, settings, chosen);
   try {
     app.parse(argc, argv);

@@ -1,0 +1,48 @@
+include(${CMAKE_CURRENT_LIST_DIR}/commands.cmake)
+
+run(new server)
+run(check --server server)
+expect("the example server has no mistake" status EQUAL 0 AND NOT err AND out MATCHES "checked: 0 mistakes\n")
+
+set(filters ${WORK}/server/conf/FILTERS)
+string(ASCII 9 tab)
+function(table file)  # table(<file> <row>...): one tab for each "|", a line end for each row
+  string(REPLACE ";" "\n" text "${ARGN}")
+  string(REPLACE "|" "${tab}" text "${text}")
+  file(WRITE ${filters}/${file} "${text}\n")
+endfunction()
+
+# One fault a row; the pattern is of the message, in which a dot stands for any character.
+function(fault what pattern)
+  run(check --server server)
+  expect("${what}" status EQUAL 65 AND err MATCHES "pvfilter: [^\n]*${pattern}")
+endfunction()
+
+table(FILTER.TAB "One|1|one||One|" "Two|yes|one||Two|" "no tabs" "Three|1|missing||Three|" "Four|1|one")
+table(CRITERIA/one.TAB "1|BODY|a|||1|" "x|BODY|" "0|" "0|" "0|" "0|" "0|" "1|SIZE|large|||1|" "1||a")
+table(ACTIONS/one.TAB "1||x|ADD_SUBJECT|" "1||nothing|NOTIFY_ADDRESS|" "1||name|ADD_HEADER|" "1||5|APPEND_ANNOTATIONS|")
+fault("a status that is none" "FILTER.TAB:2: field 2: the status \"yes\" is no number. 0 is used")
+fault("a row without tabs" "FILTER.TAB:3: the row has no tab. it is off")
+fault("no criteria" "FILTER.TAB:4: field 3: there is neither [^\n]*missing.PVS nor [^\n]*missing.TAB. the filter never fires")
+fault("no actions" "FILTER.TAB:4: field 3: there is no [^\n]*ACTIONS.missing.TAB")
+fault("a line end in the definition name" "FILTER.TAB:5: field 3: the definition name is the last field")
+fault("a keyword on another's line" "CRITERIA.one.TAB:1: field 2: \"BODY\" on the line of SUBJECT")
+fault("a criterion's status" "CRITERIA.one.TAB:2: field 1: the status \"x\" is no number")
+fault("a size that is none" "CRITERIA.one.TAB:8: field 3: the value \"large\" is no number. 0 is used")
+fault("a line end in the values" "CRITERIA.one.TAB:9: field 3: the values are the last field")
+fault("an action that is none" "ACTIONS.one.TAB:1: field 4: \"ADD_SUBJECT\" is no action. nothing is done")
+fault("a notification without reference" "ACTIONS.one.TAB:2: field 3: it does not begin with <REFERENCE>")
+fault("a header without value" "ACTIONS.one.TAB:3: field 3: there is no \"|\" between name and value")
+fault("an annotation mode" "ACTIONS.one.TAB:4: field 3: the mode is none of 0, 1 and 2")
+
+table(CRITERIA/one.PVS "FilterResult = 0" "If CriteriaMet([PV_SUBJECT],\"a\") FilterResult = 1")
+fault("a script that does not compile" "CRITERIA.one.PVS:2: column 34: Expected 'Then' .1017.. the filter \"One\" never fires")
+table(CRITERIA/one.PVS "If CriteriaMet([PV_Subject],\"a\") Then FilterResult = 1")
+fault("a keyword in another case" "CRITERIA.one.PVS:1: .PV_Subject. is not replaced")
+table(CRITERIA/one.PVS "If CriteriaMet([PV_SUBJCT],\"a\") Then FilterResult = 1")
+fault("a keyword that is none" "CRITERIA.one.PVS:1: .PV_SUBJCT. is no criterion")
+
+file(APPEND ${WORK}/server/settings.reg "\"Reload\"=dword:soon\n")
+fault("a line of the settings" "settings.reg:[0-9]+: ")
+run(check --server nowhere)
+expect("no server tree" status EQUAL 66 AND err MATCHES "no such file")
