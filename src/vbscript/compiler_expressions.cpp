@@ -211,7 +211,8 @@ Operand Compiler::binary(const ast::Binary& top, Operand into) {
     return joined;
   };
   std::vector<const ast::Expr*> first_rights;  // of the first instruction
-  for (std::size_t i = 0; i < std::max<std::size_t>(joined_from(0), 1); ++i) first_rights.push_back(rows[i]->right);
+  const std::size_t first_taken = std::max<std::size_t>(joined_from(0), 1);
+  for (std::size_t i = 0; i < first_taken; ++i) first_rights.push_back(rows[i]->right);
   Operand left = want_of(*rows.front()) == Want::kAnything
                      ? compile(*left_most, Want::kAnything)
                      : left_operand(*left_most, first_rights, rows.size() == first_rights.size() ? into : kNoOperand);

@@ -175,6 +175,7 @@ void Machine::call_default(Object& object, Value* window, std::size_t count, Val
   Value hold = Value::share(&object);
   charge_steps(4);
   Value result = object.use_default(engine_, access, resolve_window(window, count));
+  charge_result(result);
   clear_window(window, count);
   deliver(*destination, std::move(result), flags);
 }

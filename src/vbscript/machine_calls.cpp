@@ -268,10 +268,10 @@ void Machine::call_host(Frame& frame, const Instruction& call, const Instruction
   deliver(at(bases, call.a), std::move(result), flags);
 }
 
-// What it costs to make a text; a built-in that only looks at a long one charges for that itself.
+// What it costs to make a text, which nobody shares yet; who only looks at a long one charges for that itself.
 void Machine::charge_result(const Value& result) {
   constexpr std::uint32_t kMadeBytesAStep = 16;
-  if (result.is(Type::kString)) charge_steps(result.text()->length / kMadeBytesAStep);
+  if (result.is(Type::kString) && result.text()->references == 1) charge_steps(result.text()->length / kMadeBytesAStep);
 }
 
 void Machine::call_builtin(Frame& frame, const Instruction& call, const Instruction& data, Value* bases[]) {

@@ -8,6 +8,12 @@
 #include "vbscript/script_error.h"
 
 namespace pv::vbscript {
+namespace {
+
+// Bytes that count as one step of the time limit where a native object may copy them.
+constexpr std::uint32_t kBytesAStep = 64;
+
+}  // namespace
 
 void Machine::no_such_member(const Code& code, Operand subject, std::string_view name) {
   std::string detail = operand_name(code, subject);
@@ -52,6 +58,7 @@ void Machine::member(Frame& frame, const Instruction& instruction, const Instruc
   charge_steps(4);
   try {
     Value result = object.use_member(engine_, name.name, access, resolve_window(window, data.a));
+    charge_result(result);
     clear_window(window, data.a);
     deliver(destination, std::move(result), flags);
   } catch (RuntimeError& error) {
@@ -101,6 +108,7 @@ void Machine::member_store(Frame& frame, const Instruction& instruction, const I
   Instance* instance = object.instance();
   if (instance == nullptr) {
     charge_steps(4);
+    if (stored.is(Type::kString)) charge_steps(stored.text()->length / kBytesAStep);
     try {
       object.use_member(engine_, name.name, access, resolve_window(window, data.a));
     } catch (RuntimeError& error) {

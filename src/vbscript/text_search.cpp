@@ -13,9 +13,20 @@ namespace {
 constexpr std::size_t kShortWanted = 16;
 constexpr std::size_t kShortText = 256;
 
+// A text read from its beginning, or from its end.
+struct Forwards {
+  std::string_view text;
+  char operator[](std::size_t i) const { return text[i]; }
+};
+struct Backwards {
+  std::string_view text;
+  char operator[](std::size_t i) const { return text[text.size() - 1 - i]; }
+};
+
 // For each beginning of `wanted`, how much of it is also its end (Knuth, Morris, Pratt).
-template <typename Iterator>
-std::vector<std::uint32_t> borders_of(Iterator wanted, std::size_t size) {
+template <typename Read>
+std::vector<std::uint32_t> borders_of(Read wanted) {
+  const std::size_t size = wanted.text.size();
   std::vector<std::uint32_t> borders(size, 0);
   for (std::size_t i = 1, matched = 0; i < size; ++i) {
     while (matched > 0 && wanted[i] != wanted[matched]) matched = borders[matched - 1];
@@ -25,14 +36,14 @@ std::vector<std::uint32_t> borders_of(Iterator wanted, std::size_t size) {
   return borders;
 }
 
-// How far behind `text`'s beginning the first occurrence ends; kNowhere.
-template <typename Iterator>
-std::size_t end_of_first(Iterator text, std::size_t text_size, Iterator wanted, std::size_t size) {
-  const std::vector<std::uint32_t> borders = borders_of(wanted, size);
+// How many characters are read to the end of the first occurrence; kNowhere.
+template <typename Read>
+std::size_t end_of_first(Read text, Read wanted) {
+  const std::vector<std::uint32_t> borders = borders_of(wanted);
   std::size_t matched = 0;
-  for (std::size_t i = 0; i < text_size; ++i) {
+  for (std::size_t i = 0; i < text.text.size(); ++i) {
     while (matched > 0 && text[i] != wanted[matched]) matched = borders[matched - 1];
-    if (text[i] == wanted[matched] && ++matched == size) return i + 1;
+    if (text[i] == wanted[matched] && ++matched == wanted.text.size()) return i + 1;
   }
   return TextSearch::kNowhere;
 }
@@ -56,14 +67,14 @@ std::size_t TextSearch::next(std::size_t from) const {
   const std::string_view rest = text_.substr(from);
   if (wanted_.size() > rest.size()) return kNowhere;
   if (is_short(rest, wanted_)) return text_.find(wanted_, from);
-  const std::size_t end = end_of_first(rest.begin(), rest.size(), wanted_.begin(), wanted_.size());
+  const std::size_t end = end_of_first(Forwards{rest}, Forwards{wanted_});
   return end == kNowhere ? kNowhere : from + end - wanted_.size();
 }
 
 std::size_t TextSearch::last() const {
   if (wanted_.size() > text_.size()) return kNowhere;
   if (is_short(text_, wanted_)) return text_.rfind(wanted_);
-  const std::size_t end = end_of_first(text_.rbegin(), text_.size(), wanted_.rbegin(), wanted_.size());
+  const std::size_t end = end_of_first(Backwards{text_}, Backwards{wanted_});
   return end == kNowhere ? kNowhere : text_.size() - end;
 }
 
