@@ -170,7 +170,9 @@ TEST(ScriptHost, TheResultTextIsAskedForAndKeptByRule) {
       {"its run fails", kWithResult, 1, false, true, 64, {kNotRegistered, eight}, "old"},
   };
   for (const ResultCase& c : cases) {
-    FakeScripting scripting{.function = {0, number(c.verdict)}, .result_data = c.result_data};
+    FakeScripting scripting;
+    scripting.function.value = number(c.verdict);
+    scripting.result_data = c.result_data;
     const Outcome outcome = run(scripting, c.program, "F", c.always_fill_result, c.room);
     EXPECT_EQ(outcome.verdict, c.verdict) << c.what;
     EXPECT_EQ(outcome.result_text, c.result_text) << c.what;
