@@ -65,6 +65,10 @@ class DnsPlugin {
     library_->find<decltype(SetLoggingFunction)>("SetLoggingFunction")("", &log, nullptr, nullptr);
     initialise(servers);
   }
+  ~DnsPlugin() { library_->keep_loaded(); }  // as the agent does
+  DnsPlugin(const DnsPlugin&) = delete;
+  DnsPlugin& operator=(const DnsPlugin&) = delete;
+
   void initialise(const std::string& servers) const {
     EXPECT_EQ(library_->find<decltype(DNSInitialize)>("DNSInitialize")(servers.c_str()), 1);
   }
