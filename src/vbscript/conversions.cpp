@@ -245,7 +245,11 @@ std::int32_t round_to_long(double real) {
 std::int64_t round_to_currency(double real) {
   const double scaled = std::nearbyint(real * kCurrencyScale);
   if (!(scaled >= -kCurrencyLimit && scaled < kCurrencyLimit)) raise(ErrorCode::kOverflow);
-  return static_cast<std::int64_t>(scaled);
+  constexpr double kExact = 9007199254740992.0;  // beyond it the product was rounded to fewer digits than it has
+  if (std::abs(scaled) < kExact) return static_cast<std::int64_t>(scaled);
+  const double whole = std::trunc(real);
+  return static_cast<std::int64_t>(whole) * 10000 +
+         static_cast<std::int64_t>(std::nearbyint((real - whole) * kCurrencyScale));
 }
 
 std::optional<bool> boolean_in(std::string_view text) {

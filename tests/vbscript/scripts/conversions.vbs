@@ -176,3 +176,8 @@ Say Oct(459)  ' expect: 713
 Say Oct(-1)  ' expect: 177777
 Say Oct(CLng(-1))  ' expect: 37777777777
 Say IsNull(Oct(Null))  ' expect: True
+
+' A Currency has more digits than a Double can scale at once.
+Say CCur(922337203685477)  ' expect: 922337203685477
+Say CCur(-922337203685477.5)  ' expect: -922337203685477.5
+Say CCur(922337203685478)  ' expect error 6
