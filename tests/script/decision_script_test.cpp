@@ -8,6 +8,7 @@
 #include "common/agent_settings.h"
 #include "filters/criteria_keywords.h"
 #include "filters/script_tokens.h"
+#include "platform/com.h"
 #include "script/fake_script_control.h"
 
 namespace pv {
@@ -145,6 +146,7 @@ TEST(DecisionScript, RealScriptsDecide) {
       {"a mistake", "If Then", 0, ""},
       {"a run-time error", "FilterResult = 1 / 0", 0, ""},
   };
+  platform::initialise_com();  // as the driver does for a message
   for (const VerdictCase& c : kCases) {
     Case filter(c.script);
     filter.results.match(1).set_match_value(kSubject, 0, "1");
@@ -152,6 +154,7 @@ TEST(DecisionScript, RealScriptsDecide) {
     EXPECT_EQ(filter.run(), c.verdict) << c.what;
     EXPECT_EQ(filter.result_text.view(), c.result_text) << c.what;
   }
+  platform::uninitialise_com();
 }
 
 }  // namespace

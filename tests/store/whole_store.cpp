@@ -4,7 +4,7 @@
 
 #include "pvmtafilter/plugin.h"
 
-#define EXPORTED extern "C" [[gnu::visibility("default")]]
+#define EXPORTED extern "C" PV_EXPORT
 
 namespace {
 
