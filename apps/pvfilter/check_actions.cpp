@@ -2,11 +2,10 @@
 #include <string>
 #include <vector>
 
+#include "actions/notification_template.h"
 #include "actions/system_actions.h"
 #include "common/fields.h"
 #include "common/text_search.h"
-#include "platform/file.h"
-#include "platform/paths.h"
 #include "pvfilter/check_filters.h"
 #include "pvfilter/check_lines.h"
 
@@ -27,8 +26,7 @@ struct ActionRow {
 
 void check_template(const ActionRow& row, std::string_view name) {
   if (name.empty()) return;
-  const std::string path =
-      pv::platform::join_path({row.directories.configuration, "FILTERS", "Templates", std::string(name) + ".TXT"});
+  const std::string path = pv::notification_template_path(row.directories.configuration, name);
   CheckedLines lines(path, row.findings);
   if (!lines.is_open()) return row.add("the template " + path + " cannot be read; the default text is sent");
   if (!row.findings.first_visit(path)) return;

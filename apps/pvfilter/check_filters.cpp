@@ -1,5 +1,6 @@
 #include "pvfilter/check_filters.h"
 
+#include "actions/action_table.h"
 #include "common/fields.h"
 #include "common/files.h"
 #include "filters/filter_set.h"
@@ -48,8 +49,9 @@ void check_definition(const Row& row, const pv::Directories& directories, const 
   } else if (row.findings.first_visit(table)) {
     check_criteria_table(directories, table, filter, row.findings);
   }
-  const std::string actions =
-      std::string(directories.configuration.view()) + "/FILTERS/ACTIONS/" + filter.definition + ".TAB";
+  pv::FilterDefinition definition;
+  definition.definition_name.cut(filter.definition);
+  const std::string actions = pv::action_table_path(directories, server, definition);
   if (!pv::file_exists(actions)) {
     row.add("field 3: there is no " + actions + "; the filter does nothing when it fires");
   } else if (row.findings.first_visit(actions)) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "actions/filter_mark.h"
 #include "actions/message_text.h"
 #include "actions/multipart.h"
 #include "common/files.h"
@@ -11,12 +12,11 @@
 #include "platform/directory.h"
 #include "platform/file.h"
 #include "platform/paths.h"
+#include "scan/message_lines.h"
 
 namespace pv {
 namespace {
 
-constexpr std::string_view kMarkName = "X-PVFilter: ";
-constexpr std::string_view kMark = "X-PVFilter: 1\n";
 constexpr std::string_view kContentType = "Content-Type: ";
 
 // In the queue of the connector that delivers into mailboxes.
@@ -81,10 +81,10 @@ class AnnotatedMessage {
 
 // With the mark before it. In a file that ends inside its headers that might tear a folded one; then it stands behind.
 void AnnotatedMessage::write_last_header_line(std::string_view line, bool mark_first) {
-  if (mark_first) write(kMark);
+  if (mark_first) write(kFilterMarkLine);
   write(line);
   if (!line.empty() && !line.ends_with('\n')) write("\n");
-  if (!mark_first) write(kMark);
+  if (!mark_first) write(kFilterMarkLine);
 }
 
 // The line read last is held back: the mark belongs before it.
@@ -98,7 +98,7 @@ HeaderBlock AnnotatedMessage::copy_header_block(MessageText& in) {
     mark_first = begins_header(in, held);
     if (!in.begins_line()) continue;
     if (ends_header_block(held)) break;
-    block.marked = block.marked || starts_with_nocase(held, kMarkName);
+    block.marked = block.marked || starts_with_nocase(held, kFilteredMark);
     block.multipart.take(held);
   }
   write_last_header_line(held, mark_first);

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
 
 #include "actions/message_text.h"
 #include "common/text_search.h"
@@ -17,7 +16,7 @@ std::optional<bool> scan_sees_mark(std::string_view path) {
   if (!in.open(path, platform::FileMode::kBinary)) return std::nullopt;
   while (const std::optional<std::string_view> line = in.read_line(kScanLine)) {
     if (ends_header_block(*line)) return false;
-    if (starts_with_nocase(*line, std::string(kFilterMark) + ": ")) return true;
+    if (starts_with_nocase(*line, kFilteredMark)) return true;
   }
   return in.failed() ? std::nullopt : std::optional(false);
 }

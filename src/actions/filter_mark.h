@@ -10,6 +10,7 @@
 namespace pv {
 
 inline constexpr char kFilterMark[] = "X-PVFilter";
+inline constexpr char kFilterMarkLine[] = "X-PVFilter: 1\n";  // as it is written in text mode
 
 // Whether the scan of the message file will find the mark: a piece of a very long header line can end the headers for
 // it, and a mark behind goes unseen. nullopt: the file cannot be read.

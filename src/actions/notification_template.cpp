@@ -3,10 +3,12 @@
 #include <cstddef>
 #include <optional>
 
+#include "actions/filter_mark.h"
 #include "actions/one_line.h"
 #include "common/text_search.h"
 #include "filters/token_expansion.h"
 #include "platform/paths.h"
+#include "scan/message_lines.h"
 
 namespace pv {
 namespace {
@@ -15,8 +17,6 @@ constexpr std::size_t kTemplateLine = 2048;  // bytes of a line, terminator incl
 constexpr std::size_t kExpandedLine = 1024;  // bytes a line may reach through the filter's tokens, terminator included
 constexpr std::string_view kAnyToken = "[PV_";
 constexpr std::string_view kHeadersToken = "[PV_HEADERS]";
-constexpr std::string_view kMarkName = "X-PVFilter: ";
-constexpr std::string_view kMark = "X-PVFilter: 1\n";
 
 void replace_fixed_tokens(const NotificationText& text, std::size_t capacity, std::string& line) {
   const struct {
@@ -76,13 +76,13 @@ class TemplateCopy {
   bool mark_before(std::string_view line) {
     if (marked_ || !at_line_start_ || line.empty()) return true;
     if (line.front() == '\r' || line.front() == '\n') return write_mark();
-    marked_ = starts_with_nocase(line, kMarkName);
+    marked_ = starts_with_nocase(line, kFilteredMark);
     return true;
   }
 
   bool write_mark() {
     marked_ = true;
-    return out_.begin_line() && out_.write(kMark);
+    return out_.begin_line() && out_.write(kFilterMarkLine);
   }
 
   const NotificationText& text_;

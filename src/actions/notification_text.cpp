@@ -1,5 +1,7 @@
 #include "actions/notification_text.h"
 
+#include "actions/filter_mark.h"
+
 namespace pv {
 namespace {
 
@@ -12,7 +14,7 @@ std::string header_lines(const NotificationText& text, const NotificationForm& f
   lines += "To: " + text.to + "\n";
   lines += "Subject: Message Filter Notification: " + text.filter_name + "\n";
   lines += "Date: " + text.date + "\n";
-  lines += "X-PVFilter: 1\n";
+  lines += kFilterMarkLine;
   lines += form.auto_submitted_first ? kAutoSubmitted : kBulk;
   lines += form.auto_submitted_first ? kBulk : kAutoSubmitted;
   return lines;

@@ -17,9 +17,6 @@
 namespace pv {
 namespace {
 
-constexpr std::string_view kFilteredMark = "X-PVFilter: ";
-constexpr std::string_view kFilteredByPostofficeMark = "X-PV-POFilter: ";  // followed by the postoffice's name
-
 // A header of addresses. Its folded lines belong to it, each evaluated as it stands.
 struct AddressHeader {
   std::string_view name;

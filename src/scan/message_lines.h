@@ -11,6 +11,11 @@ namespace pv {
 
 inline constexpr std::size_t kScanLine = 2048;  // bytes, one of them spare: longer lines come in pieces of 2047
 
+// The header by which a message passes the filters untouched, and the one that does so for a postoffice, whose name
+// follows.
+inline constexpr std::string_view kFilteredMark = "X-PVFilter: ";
+inline constexpr std::string_view kFilteredByPostofficeMark = "X-PV-POFilter: ";
+
 // A line as it stands in the file, its line end included, and as far as words are searched in it.
 struct MessageLine {
   std::string_view bytes;

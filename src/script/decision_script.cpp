@@ -68,6 +68,7 @@ void put_in_criteria(const FilterSet& set, FilterIndex filter, const FilterMatch
   std::string progress;
   for (SlotIndex slot = 0; slot < kSlotCount; ++slot) {
     const int entries = set.filter(filter).slots[static_cast<std::size_t>(slot)].entry_count;
+    if (entries < 1) continue;
     const std::string token = "[PV_" + std::string(kCriteriaKeywords[static_cast<std::size_t>(slot)]) + "]";
     for (int entry = 0; entry < entries; ++entry) {
       const std::string value(match.match_value(slot, entry));

@@ -16,30 +16,12 @@ namespace {
 
 using Arguments = std::span<const Value>;
 
-Value c_bool(Engine& engine, Arguments arguments) {
-  return Value::boolean(to_boolean(engine, arguments[0]));
+// One conversion, and the value that is made of what it gives.
+template <auto kConvert, auto kMake>
+Value converted(Engine& engine, Arguments arguments) {
+  return kMake(kConvert(engine, arguments[0]));
 }
-Value c_byte(Engine& engine, Arguments arguments) {
-  return Value::byte(to_byte(engine, arguments[0]));
-}
-Value c_cur(Engine& engine, Arguments arguments) {
-  return Value::currency(to_currency(engine, arguments[0]));
-}
-Value c_date(Engine& engine, Arguments arguments) {
-  return Value::date(to_date(engine, arguments[0]));
-}
-Value c_dbl(Engine& engine, Arguments arguments) {
-  return Value::of_double(to_double(engine, arguments[0]));
-}
-Value c_int(Engine& engine, Arguments arguments) {
-  return Value::integer(to_integer(engine, arguments[0]));
-}
-Value c_lng(Engine& engine, Arguments arguments) {
-  return Value::of_long(to_long(engine, arguments[0]));
-}
-Value c_sng(Engine& engine, Arguments arguments) {
-  return Value::single(to_single(engine, arguments[0]));
-}
+
 Value c_str(Engine& engine, Arguments arguments) {
   return to_text(engine, arguments[0]);
 }
@@ -69,9 +51,17 @@ Value oct(Engine& engine, Arguments arguments) {
 }
 
 constexpr Builtin kFunctions[] = {
-    {"cbool", 1, 1, c_bool}, {"cbyte", 1, 1, c_byte}, {"ccur", 1, 1, c_cur}, {"cdate", 1, 1, c_date},
-    {"cdbl", 1, 1, c_dbl},   {"cint", 1, 1, c_int},   {"clng", 1, 1, c_lng}, {"csng", 1, 1, c_sng},
-    {"cstr", 1, 1, c_str},   {"hex", 1, 1, hex},      {"oct", 1, 1, oct},
+    {"cbool", 1, 1, converted<to_boolean, Value::boolean>},
+    {"cbyte", 1, 1, converted<to_byte, Value::byte>},
+    {"ccur", 1, 1, converted<to_currency, Value::currency>},
+    {"cdate", 1, 1, converted<to_date, Value::date>},
+    {"cdbl", 1, 1, converted<to_double, Value::of_double>},
+    {"cint", 1, 1, converted<to_integer, Value::integer>},
+    {"clng", 1, 1, converted<to_long, Value::of_long>},
+    {"csng", 1, 1, converted<to_single, Value::single>},
+    {"cstr", 1, 1, c_str},
+    {"hex", 1, 1, hex},
+    {"oct", 1, 1, oct},
 };
 
 }  // namespace

@@ -23,24 +23,6 @@ Value finite(double real) {
   return Value::of_double(real);
 }
 
-// An argument of Abs, Int, Fix and Round as a number (or Null): they keep the type, a Boolean becomes an Integer and a
-// text a Double.
-Value number_argument(Engine& engine, const Value& argument) {
-  Value plain = plain_value(engine, argument);
-  switch (plain.type()) {
-    case Type::kEmpty:
-    case Type::kBoolean:
-      return Value::integer(to_integer(engine, plain));
-    case Type::kString:
-      return Value::of_double(to_double(engine, plain));
-    case Type::kArray:
-    case Type::kError:
-      raise(ErrorCode::kTypeMismatch);
-    default:
-      return plain;
-  }
-}
-
 bool is_real(const Value& number) {
   return number.is(Type::kSingle) || number.is(Type::kDouble) || number.is(Type::kDate);
 }

@@ -5,6 +5,7 @@
 
 #include "vbscript/arguments.h"
 #include "vbscript/builtins.h"
+#include "vbscript/characters.h"
 #include "vbscript/code_page.h"
 #include "vbscript/conversions.h"
 #include "vbscript/engine.h"
@@ -249,9 +250,9 @@ std::optional<std::uint32_t> hex_number(std::string_view text, std::size_t digit
   if (text.size() < digits) return std::nullopt;
   std::uint32_t number = 0;
   for (const char c : text.substr(0, digits)) {
-    const char* digit = static_cast<const char*>(std::memchr(kHexDigits, upper_case(c), 16));
-    if (digit == nullptr) return std::nullopt;
-    number = number * 16 + static_cast<std::uint32_t>(digit - kHexDigits);
+    const unsigned digit = digit_value(c);
+    if (digit > 15) return std::nullopt;
+    number = number * 16 + digit;
   }
   return number;
 }

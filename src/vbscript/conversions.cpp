@@ -184,6 +184,22 @@ double to_double(Engine& engine, const Value& value) {
   }
 }
 
+Value number_argument(Engine& engine, const Value& value) {
+  Value plain = plain_value(engine, value);
+  switch (plain.type()) {
+    case Type::kEmpty:
+    case Type::kBoolean:
+      return Value::integer(to_integer(engine, plain));
+    case Type::kString:
+      return Value::of_double(to_double(engine, plain));
+    case Type::kArray:
+    case Type::kError:
+      raise(ErrorCode::kTypeMismatch);
+    default:
+      return plain;
+  }
+}
+
 float to_single(Engine& engine, const Value& value) {
   const auto single = static_cast<float>(to_double(engine, value));
   if (std::isinf(single)) raise(ErrorCode::kOverflow);

@@ -46,6 +46,10 @@ Value plain_value(Engine& engine, const Value& value);
 // The same without touching a reference count where `value` is no object. `storage` holds the result if it is one.
 const Value& plain_value(Engine& engine, const Value& value, Value& storage);
 
+// A number of the type that it has, or Null: a text becomes a Double, Empty and Boolean an Integer. What Abs, Int, Fix,
+// Round and For count with.
+Value number_argument(Engine& engine, const Value& value);
+
 std::int16_t to_integer(Engine& engine, const Value& value);  // half goes to the even neighbour
 std::int32_t to_long(Engine& engine, const Value& value);
 std::uint8_t to_byte(Engine& engine, const Value& value);

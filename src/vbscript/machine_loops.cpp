@@ -9,24 +9,11 @@
 namespace pv::vbscript {
 namespace {
 
-// What For counts with: texts become numbers, Empty and Boolean whole ones.
+// What For counts with.
 Value countable(Engine& engine, const Value& value) {
-  Value storage;
-  const Value& plain = plain_value(engine, value.resolved(), storage);
-  switch (plain.type()) {
-    case Type::kNull:
-      raise(ErrorCode::kInvalidUseOfNull);
-    case Type::kEmpty:
-    case Type::kBoolean:
-      return Value::integer(to_integer(engine, plain));
-    case Type::kString:
-      return Value::of_double(to_double(engine, plain));
-    case Type::kArray:
-    case Type::kError:
-      raise(ErrorCode::kTypeMismatch);
-    default:
-      return plain;
-  }
+  Value number = number_argument(engine, value.resolved());
+  if (number.is(Type::kNull)) raise(ErrorCode::kInvalidUseOfNull);
+  return number;
 }
 
 // The items of a collection, visited one after the other.

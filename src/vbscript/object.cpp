@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "vbscript/characters.h"
 #include "vbscript/heap.h"
 #include "vbscript/script_error.h"
 
@@ -12,12 +13,10 @@ namespace {
 // What counts for an object besides what it charges itself.
 constexpr std::size_t kObjectBytes = 64;
 
-std::string lower_case(std::string_view name) {
-  std::string lower(name);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
+std::string in_lower_case(std::string_view name) {
+  std::string result(name);
+  std::transform(result.begin(), result.end(), result.begin(), lower);
+  return result;
 }
 
 Value use(const NativeMember& member, Engine& engine, Object& self, std::span<const Value> arguments) {
@@ -58,11 +57,8 @@ const NativeMember* find_member(const NativeClass& native_class, std::string_vie
 
 Value NativeObject::use_member(Engine& engine, std::string_view name, Access access, std::span<const Value> arguments) {
   const NativeMember* member = find_member(class_, name, access);
-  std::string lower;
-  if (member == nullptr) {  // callers mostly give lower case
-    lower = lower_case(name);
-    member = find_member(class_, lower, access);
-  }
+  // Callers mostly give lower case.
+  if (member == nullptr) member = find_member(class_, in_lower_case(name), access);
   if (member == nullptr) raise(ErrorCode::kNoSuchMember, name);
   if (access <= Access::kCall && member->max_arguments == 0 && !arguments.empty()) {
     // match.SubMatches(0): the arguments are for the object that the member gives.

@@ -96,18 +96,8 @@ ast::ConstItem* Parser::constant() {
 
 // A literal; a number may have any number of signs in front. No operators: VBScript folds no constants.
 ast::Expr* Parser::constant_value() {
+  if (is_literal(token_.kind)) return literal();
   switch (token_.kind) {
-    case TokenKind::kInteger:
-    case TokenKind::kLong:
-    case TokenKind::kDouble:
-    case TokenKind::kDate:
-    case TokenKind::kText:
-    case TokenKind::kEmpty:
-    case TokenKind::kNull:
-    case TokenKind::kNothing:
-    case TokenKind::kTrue:
-    case TokenKind::kFalse:
-      return literal();
     case TokenKind::kPlus:
     case TokenKind::kMinus:
       break;

@@ -146,18 +146,8 @@ ast::Expr* Parser::unary(ast::UnaryOp op, int lowest) {
 }
 
 ast::Expr* Parser::primary() {
+  if (is_literal(token_.kind)) return literal();
   switch (token_.kind) {
-    case TokenKind::kInteger:
-    case TokenKind::kLong:
-    case TokenKind::kDouble:
-    case TokenKind::kDate:
-    case TokenKind::kText:
-    case TokenKind::kEmpty:
-    case TokenKind::kNull:
-    case TokenKind::kNothing:
-    case TokenKind::kTrue:
-    case TokenKind::kFalse:
-      return literal();
     case TokenKind::kLeftParenthesis:
       return postfixes(parenthesised());
     case TokenKind::kDot:

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "vbscript/arguments.h"
+#include "vbscript/characters.h"
 #include "vbscript/conversions.h"
 #include "vbscript/engine.h"
 #include "vbscript/limits.h"
@@ -155,10 +156,6 @@ Value execute(Engine& engine, Object& self, Arguments arguments) {
     matches.push_back(match_object(engine, text.view(), groups));
   });
   return Value::adopt(static_cast<Object*>(new ValueList(engine.heap(), kMatches, std::move(matches))));
-}
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // A group number of one or two digits behind "$" that the pattern has; 0: none.

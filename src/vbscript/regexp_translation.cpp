@@ -1,8 +1,9 @@
 #include "vbscript/regexp_translation.h"
 
-#include <cctype>
+#include <cstdint>
 #include <optional>
 
+#include "vbscript/characters.h"
 #include "vbscript/code_page.h"
 #include "vbscript/script_error.h"
 
@@ -12,14 +13,8 @@ namespace {
 constexpr int kSyntaxError = 5017;
 constexpr int kUnexpectedQuantifier = 5018;
 
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 bool is_octal(char c) {
   return c >= '0' && c <= '7';
-}
-bool is_letter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 // Capturing groups, so that \3 is told apart from an octal escape.
@@ -160,7 +155,7 @@ class Translation {
     if (is_digit(c)) return number_escape(c, in_class);
     if (c == 'x') return code_escape(2);
     if (c == 'u') return code_escape(4);
-    if (c == 'c' && is_letter(peek())) return byte(static_cast<unsigned>(std::toupper(take())) & 31U);
+    if (c == 'c' && is_letter(peek())) return byte(static_cast<unsigned>(lower(take())) & 31U);
     if (c == 'v') return byte(0x0B);
     const std::string_view known = in_class ? "bdDsSwWfnrt" : "bBdDsSwWfnrt";
     if (known.find(c) == std::string_view::npos) return literal(c);
@@ -201,9 +196,9 @@ class Translation {
   void code_escape(std::size_t digits) {
     std::uint32_t code = 0;
     for (std::size_t i = 0; i < digits; ++i) {
-      if (std::isxdigit(static_cast<unsigned char>(peek(i))) == 0) return literal(digits == 2 ? 'x' : 'u');
-      const char c = lower_case(peek(i));
-      code = code * 16 + static_cast<std::uint32_t>(is_digit(c) ? c - '0' : c - 'a' + 10);
+      const unsigned digit = digit_value(peek(i));
+      if (digit > 15) return literal(digits == 2 ? 'x' : 'u');
+      code = code * 16 + digit;
     }
     position_ += digits;
     const std::optional<char> c = digits == 2 ? static_cast<char>(code) : byte_of(code);

@@ -104,6 +104,25 @@ enum class TokenKind : std::uint8_t {
 inline constexpr TokenKind kFirstOperator = TokenKind::kPower;
 inline constexpr TokenKind kFirstContextualWord = TokenKind::kDefault;
 
+// A constant value, as it stands in the source.
+constexpr bool is_literal(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::kInteger:
+    case TokenKind::kLong:
+    case TokenKind::kDouble:
+    case TokenKind::kDate:
+    case TokenKind::kText:
+    case TokenKind::kEmpty:
+    case TokenKind::kNull:
+    case TokenKind::kNothing:
+    case TokenKind::kTrue:
+    case TokenKind::kFalse:
+      return true;
+    default:
+      return false;
+  }
+}
+
 // The values are those of the last token of their kind; they say nothing of another one.
 struct Token {
   TokenKind kind = TokenKind::kEndOfText;
