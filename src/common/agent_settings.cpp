@@ -6,6 +6,7 @@
 
 #include "common/never_destroyed.h"
 #include "common/registry_access.h"
+#include "platform/settings_store.h"
 
 namespace pv {
 namespace {
@@ -22,6 +23,18 @@ std::mutex& directories_mutex() {
 Directories& shared_directories() {
   static Directories directories;
   return directories;
+}
+
+void read_directories(Directories& directories) {
+  reg_read_string(kConnectorsKey, "Connector Root Directory", directories.connector_root);
+  reg_read_string(kRootKey, "Configuration Directory", directories.configuration);
+  reg_read_string(kRootKey, "Bad Mail Directory", directories.bad_mail);
+  reg_read_string(kRootKey, "Quarantine Directory", directories.quarantine);
+}
+
+bool same_directories(const Directories& a, const Directories& b) {
+  return a.connector_root.view() == b.connector_root.view() && a.configuration.view() == b.configuration.view() &&
+         a.bad_mail.view() == b.bad_mail.view() && a.quarantine.view() == b.quarantine.view();
 }
 
 }  // namespace
@@ -77,14 +90,16 @@ void read_antivirus_setting() {
 }
 
 Directories reread_directories() {
+  const Directories known = current_directories();
+  Directories fresh = known;
+  platform::SameSettings one_state;
+  read_directories(fresh);
+  if (same_directories(fresh, known)) return fresh;
   // Read under the mutex too: else a slow reader could publish what it read before an edit over what came after.
   const std::lock_guard lock(directories_mutex());
-  Directories& shared = shared_directories();
-  reg_read_string(kConnectorsKey, "Connector Root Directory", shared.connector_root);
-  reg_read_string(kRootKey, "Configuration Directory", shared.configuration);
-  reg_read_string(kRootKey, "Bad Mail Directory", shared.bad_mail);
-  reg_read_string(kRootKey, "Quarantine Directory", shared.quarantine);
-  return shared;
+  one_state.renew();
+  read_directories(shared_directories());
+  return shared_directories();
 }
 
 Directories current_directories() {

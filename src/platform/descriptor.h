@@ -40,8 +40,8 @@ class Descriptor {
   int number_ = -1;
 };
 
-// A regular file for reading; not open when it is anything else.
-Descriptor open_regular_file(const std::string& path);
+// A regular file for reading; not open when it is anything else. `size` is set to its bytes, if that is asked.
+Descriptor open_regular_file(const std::string& path, std::uint64_t* size = nullptr);
 
 // For writing, created when missing: a regular file or a character device; not open when it is anything else.
 Descriptor open_output(const std::string& path, Disposition disposition);

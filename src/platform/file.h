@@ -42,13 +42,23 @@ class InputFile {
   // left.
   std::size_t read(std::span<char> block);
 
+  // How often the system was asked for a block of the file.
+  std::uint32_t blocks_read() const;
+
   // Whether a read failed, as opposed to having met the end of the file.
   bool failed() const;
 
  private:
   struct State;  // the system's handle and one fixed buffer, whatever the size of the file
-  std::unique_ptr<State> state_;
+  struct GiveBack {
+    void operator()(State* state) const noexcept;
+  };
+  friend void release_read_buffers() noexcept;
+  std::unique_ptr<State, GiveBack> state_;
 };
+
+// Files that were closed leave their buffers to those that are opened next, a few at most; this gives them up.
+void release_read_buffers() noexcept;
 
 enum class Disposition {
   kReplace,    // an existing file is emptied

@@ -2,23 +2,43 @@
 // stand at the end of a line, so the CR of the pair is overwritten with the LF and nothing is moved.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "platform/descriptor.h"
 #include "platform/file.h"
+#include "platform/last_error.h"
+#include "platform/path_parts.h"
 #include "platform/paths.h"
+#include "platform/reuse_pool.h"
 
 namespace pv::platform {
 
 struct InputFile::State {
+  static ReusePool<State> unused;
+
   Descriptor file;
   bool text = false;
   bool ended = false;  // the system said so, or failed
   bool failed = false;
-  std::size_t begin = 0;  // buffer[begin, end) was read and not handed out
+  std::uint64_t size_when_opened = 0;  // bytes
+  std::uint64_t from_file = 0;         // bytes read from it
+  std::uint32_t blocks = 0;            // in so many reads
+  std::size_t begin = 0;               // buffer[begin, end) was read and not handed out
   std::size_t end = 0;
   std::array<char, 65536> buffer;
+
+  void start(Descriptor opened, FileMode mode, std::uint64_t size) {
+    file = std::move(opened);
+    text = mode == FileMode::kText;
+    ended = failed = false;
+    size_when_opened = size;
+    from_file = 0;
+    blocks = 0;
+    begin = end = 0;
+  }
 
   char* next() { return buffer.data() + begin; }
   std::size_t available() const { return end - begin; }
@@ -47,11 +67,18 @@ bool InputFile::State::fill() {
   std::memmove(buffer.data(), next(), available());
   end = available();
   begin = 0;
-  const std::ptrdiff_t got = read_block(file, std::span(buffer).subspan(end));
+  const std::span<char> room = std::span(buffer).subspan(end);
+  const std::ptrdiff_t got = read_block(file, room);
+  ++blocks;
   failed = got < 0;
   ended = got <= 0;
-  if (!ended) end += static_cast<std::size_t>(got);
-  return !ended;
+  if (ended) return false;
+  const std::size_t bytes = static_cast<std::size_t>(got);
+  end += bytes;
+  from_file += bytes;
+  // Saves asking once more for nothing. A size alone is not believed: a file may have grown, or not know its size.
+  ended = bytes < room.size() && from_file == size_when_opened;
+  return true;
 }
 
 bool InputFile::State::have(std::size_t count) {
@@ -97,10 +124,13 @@ std::size_t InputFile::State::read_text(std::span<char> block) {
 bool InputFile::State::fill_directly(std::span<char> block, std::size_t& filled) {
   if (ended) return false;
   const std::ptrdiff_t got = read_block(file, block.subspan(filled));
+  ++blocks;
   failed = got < 0;
   ended = got <= 0;
-  if (!ended) filled += static_cast<std::size_t>(got);
-  return !ended;
+  if (ended) return false;
+  filled += static_cast<std::size_t>(got);
+  from_file += static_cast<std::size_t>(got);
+  return true;
 }
 
 std::size_t InputFile::State::read_binary(std::span<char> block) {
@@ -119,6 +149,19 @@ std::size_t InputFile::State::read_binary(std::span<char> block) {
   return filled;
 }
 
+// The buffers make a reader expensive to have and to give up: the C library would hand their memory back to the system
+// after every message of a thread, and ask for it again.
+constinit ReusePool<InputFile::State> InputFile::State::unused;
+
+void InputFile::GiveBack::operator()(State* state) const noexcept {
+  state->file.reset();
+  State::unused.give_back(std::unique_ptr<State>(state));
+}
+
+void release_read_buffers() noexcept {
+  InputFile::State::unused.clear();
+}
+
 InputFile::InputFile() = default;
 InputFile::~InputFile() = default;
 InputFile::InputFile(InputFile&&) noexcept = default;
@@ -126,13 +169,25 @@ InputFile& InputFile::operator=(InputFile&&) noexcept = default;
 
 bool InputFile::open(std::string_view path, FileMode mode) {
   state_.reset();
-  const auto found = existing_path(path);
-  if (!found) return false;
-  Descriptor file = open_regular_file(*found);
-  if (!file.is_open()) return false;
-  state_ = std::make_unique_for_overwrite<State>();  // the buffer needs no zeros
-  state_->file = std::move(file);
-  state_->text = mode == FileMode::kText;
+  const std::string as_spelt = system_form(path);
+  if (known_to_name_nothing(as_spelt)) {
+    set_last_system_error(kNotFoundError);
+    return false;
+  }
+  // As spelt first: it saves asking whether the file exists.
+  std::uint64_t size = 0;
+  Descriptor file = open_regular_file(as_spelt, &size);
+  if (!file.is_open()) {
+    const KeptSystemError kept;
+    const auto found = path_in_another_case(as_spelt);
+    if (!found || *found == as_spelt) return false;
+    file = open_regular_file(*found, &size);
+    if (!file.is_open()) return false;
+  }
+  std::unique_ptr<State> state = State::unused.take();
+  if (state == nullptr) state = std::make_unique_for_overwrite<State>();  // the buffer needs no zeros
+  state->start(std::move(file), mode, size);
+  state_.reset(state.release());
   return true;
 }
 
@@ -167,6 +222,10 @@ std::optional<std::string_view> InputFile::read_line(std::size_t capacity) {
 std::size_t InputFile::read(std::span<char> block) {
   if (!state_) return 0;
   return state_->text ? state_->read_text(block) : state_->read_binary(block);
+}
+
+std::uint32_t InputFile::blocks_read() const {
+  return state_ == nullptr ? 0 : state_->blocks;
 }
 
 bool InputFile::failed() const {

@@ -14,6 +14,7 @@
 
 #include "platform/clock.h"
 #include "platform/environment.h"
+#include "platform/file_identity.h"
 #include "platform/last_error.h"
 #include "platform/settings_bytes.h"
 #include "platform/settings_store.h"
@@ -33,7 +34,7 @@ struct Parsed {
 };
 
 struct Snapshot {
-  SettingsIdentity identity;
+  FileIdentity identity;
   // False: the file was read so soon after its last change that a further change might have the same identity. What was
   // read is then good for that read alone.
   bool settled = false;
@@ -83,7 +84,7 @@ Choice choose_path_of_environment() {
   return Choice::kNoFile;
 }
 
-std::shared_ptr<const Parsed> published(const SettingsIdentity& identity) {
+std::shared_ptr<const Parsed> published(const FileIdentity& identity) {
   const std::lock_guard lock(mutexes().snapshot);
   if (snapshot == nullptr || snapshot->identity != identity) return nullptr;
   return snapshot->settled || process_clock_ms() < snapshot->ours_until_ms ? snapshot->parsed : nullptr;
@@ -137,8 +138,10 @@ std::shared_ptr<const Parsed> read_file(const char* path) {
   return parsed;
 }
 
+constinit thread_local SameSettings* same_settings = nullptr;  // the innermost one of this thread
+
 // The settings as the file has them now. Threads that find it changed wait for the first of them to read it.
-std::shared_ptr<const Parsed> current() {
+std::shared_ptr<const Parsed> current_in_file() {
   const KeptSystemError kept;  // a missing file is none of the caller's failures
   const char* const path = settings_file_path();
   if (auto parsed = published(settings_identity(path))) return parsed;
@@ -148,9 +151,9 @@ std::shared_ptr<const Parsed> current() {
 }
 
 // The state in which we left the file, if that was its last change we know of.
-SettingsIdentity known_identity() {
+FileIdentity known_identity() {
   const std::lock_guard lock(mutexes().snapshot);
-  return snapshot != nullptr && snapshot->ours_until_ms != 0 ? snapshot->identity : SettingsIdentity();
+  return snapshot != nullptr && snapshot->ours_until_ms != 0 ? snapshot->identity : FileIdentity();
 }
 
 // Under the mutex for reading, so that no reader who began before the write publishes the old file over it.
@@ -161,7 +164,7 @@ void publish_own(SettingsWritten written) {
 }
 
 SettingsWritten write_edits(std::span<const SettingEdit> edits, std::chrono::milliseconds lock_limit) {
-  const std::shared_ptr<const Parsed> parsed = current();
+  const std::shared_ptr<const Parsed> parsed = current_in_file();
   const bool all_held = std::all_of(edits.begin(), edits.end(), [&](const SettingEdit& edit) {
     const SettingValue* held = parsed->content.find(edit.key_path, edit.name);
     return held != nullptr && *held == edit.value;
@@ -171,6 +174,21 @@ SettingsWritten write_edits(std::span<const SettingEdit> edits, std::chrono::mil
 }
 
 }  // namespace
+
+struct SettingsInUse {
+  static std::shared_ptr<const Parsed> current() {
+    if (same_settings == nullptr) return current_in_file();
+    if (same_settings->state_ == nullptr) same_settings->state_ = current_in_file();
+    return std::static_pointer_cast<const Parsed>(same_settings->state_);
+  }
+};
+
+SameSettings::SameSettings() : outer_(std::exchange(same_settings, this)) {
+  if (outer_ != nullptr) state_ = outer_->state_;
+}
+SameSettings::~SameSettings() {
+  same_settings = outer_;
+}
 
 const char* settings_file_path() {
   if (choice.load(std::memory_order_acquire) == Choice::kNone) {
@@ -192,7 +210,7 @@ void choose_settings_file(std::string_view chosen) {
 }
 
 std::optional<std::size_t> read_text_in_file(std::string_view key_path, std::string_view name, std::span<char> out) {
-  const std::shared_ptr<const Parsed> parsed = current();
+  const std::shared_ptr<const Parsed> parsed = SettingsInUse::current();
   const SettingValue* value = parsed->content.find(key_path, name);
   const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
   if (text == nullptr || text->size() >= out.size()) return std::nullopt;
@@ -201,7 +219,7 @@ std::optional<std::size_t> read_text_in_file(std::string_view key_path, std::str
 }
 
 std::optional<std::uint32_t> read_number_in_file(std::string_view key_path, std::string_view name) {
-  const std::shared_ptr<const Parsed> parsed = current();
+  const std::shared_ptr<const Parsed> parsed = SettingsInUse::current();
   const SettingValue* value = parsed->content.find(key_path, name);
   const auto* number = value == nullptr ? nullptr : std::get_if<std::uint32_t>(value);
   if (number == nullptr) return std::nullopt;
@@ -209,7 +227,7 @@ std::optional<std::uint32_t> read_number_in_file(std::string_view key_path, std:
 }
 
 bool for_each_name_in_file(std::string_view key_path, const std::function<bool(std::string_view name)>& visit) {
-  const std::shared_ptr<const Parsed> parsed = current();
+  const std::shared_ptr<const Parsed> parsed = SettingsInUse::current();
   const SettingKey* key = parsed->content.find_key(key_path);
   if (key == nullptr) return false;
   for (const std::string& name : key->names) {

@@ -45,7 +45,7 @@ class NewSettingsFile {
   // The whole content, once; it is on the disk when this gave true. The file gets the target's access rights.
   [[nodiscard]] bool write(std::string_view bytes);
   // Of the new file, while it stands beside the target.
-  SettingsIdentity identity() const;
+  FileIdentity identity() const;
   [[nodiscard]] bool replace_target();
 
  private:

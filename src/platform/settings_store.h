@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -32,6 +33,23 @@ std::optional<std::uint32_t> read_number_setting(std::string_view key_path, std:
 // Calls `visit` with every value name of a key in the order of the store until it answers false. False when there is no
 // such key.
 bool for_each_setting_name(std::string_view key_path, const std::function<bool(std::string_view name)>& visit);
+
+// While it lives, what this thread reads is of one state of the settings file, that of its first read, and the file is
+// asked for changes once. Inside another one it begins with the state of that. For a few reads in a row.
+class SameSettings {
+ public:
+  SameSettings();
+  ~SameSettings();
+  // The next read takes the settings as they are then.
+  void renew() { state_ = nullptr; }
+  SameSettings(const SameSettings&) = delete;
+  SameSettings& operator=(const SameSettings&) = delete;
+
+ private:
+  friend struct SettingsInUse;
+  SameSettings* const outer_;
+  std::shared_ptr<const void> state_;
+};
 
 // Sets a value, creating its key if needed. A file is replaced in one step under a lock that other processes share, and
 // not at all when it holds the value already. False when that fails: the settings are as they were.

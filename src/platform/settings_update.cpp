@@ -37,7 +37,7 @@ bool is_unfinished(const SettingsBytes& file) {
 }
 
 // Gives such a writer the moment that it needs; the file counts as settled after that in any case.
-SettingsBytes read_finished_bytes(const char* path, const SettingsIdentity& finished) {
+SettingsBytes read_finished_bytes(const char* path, const FileIdentity& finished) {
   SettingsBytes file = read_settings_bytes(path);
   for (int i = 0; i < kMaxPauses && is_unfinished(file) && file.identity != finished; ++i) {
     std::this_thread::sleep_for(kWriterPause);
@@ -60,11 +60,11 @@ std::optional<std::string> with_settings(std::string_view old, std::span<const S
 enum class Round { kDone, kFailed, kAgain };
 
 // What the new file's name shows now, unless somebody touched the file in the meantime.
-SettingsIdentity identity_after(const SettingsIdentity& before, const char* path) {
-  const SettingsIdentity now = settings_identity(path);
+FileIdentity identity_after(const FileIdentity& before, const char* path) {
+  const FileIdentity now = settings_identity(path);
   const bool same = now.volume == before.volume && now.file == before.file && now.size == before.size &&
                     now.modified == before.modified;
-  return same ? now : SettingsIdentity();
+  return same ? now : FileIdentity();
 }
 
 Round update_once(const std::string& target, const SettingsWrite& write, SettingsWritten& written) {
@@ -75,7 +75,7 @@ Round update_once(const std::string& target, const SettingsWrite& write, Setting
   if (*changed == old.bytes) return Round::kDone;
   NewSettingsFile file(target);
   if (!file.write(*changed)) return Round::kFailed;
-  const SettingsIdentity fresh = file.identity();
+  const FileIdentity fresh = file.identity();
   if (settings_identity(target.c_str()) != old.identity) return Round::kAgain;
   if (!file.replace_target()) return Round::kFailed;
   written.identity = identity_after(fresh, target.c_str());

@@ -25,13 +25,13 @@ struct SettingEdit {
 struct SettingsWrite {
   std::span<const SettingEdit> edits;      // written in one replacement of the file
   std::chrono::milliseconds lock_limit{};  // how long to wait for other writers
-  SettingsIdentity finished;  // a state of the file that nobody was in the middle of writing, if one is known
+  FileIdentity finished;  // a state of the file that nobody was in the middle of writing, if one is known
 };
 
 struct SettingsWritten {
-  bool held = false;          // the file holds the values, whether it had to be written or not
-  SettingsIdentity identity;  // of the file that took the old one's place; none when nobody can say
-  std::string bytes;          // what it holds, when it has an identity
+  bool held = false;      // the file holds the values, whether it had to be written or not
+  FileIdentity identity;  // of the file that took the old one's place; none when nobody can say
+  std::string bytes;      // what it holds, when it has an identity
 };
 
 // A missing file is created, a missing directory is not. A file that cannot be read is not replaced.

@@ -43,14 +43,19 @@ std::string_view without_leading_white_space(std::string_view text) {
 
 }  // namespace
 
-bool AttributeValue(std::string_view line, std::string_view attribute, AttributeText& output) {
+AttributeSearch find_attribute(std::string_view line, std::string_view attribute, AttributeText& output) {
   output.clear();
   const std::optional<std::string_view> rest = text_after_attribute(until_nul(line), attribute);
-  if (!rest) return false;
+  if (!rest) return AttributeSearch::kAbsent;
   const std::optional<std::string_view> value = leading_value(*rest);
-  if (value && value->size() <= kLongestAttributeValue) return output.assign(*value);
-  print_text("No closing quotation for attachment\n");
-  return false;
+  const bool taken = value && value->size() <= kLongestAttributeValue && output.assign(*value);
+  return taken ? AttributeSearch::kFound : AttributeSearch::kMalformed;
+}
+
+bool AttributeValue(std::string_view line, std::string_view attribute, AttributeText& output) {
+  const AttributeSearch search = find_attribute(line, attribute, output);
+  if (search == AttributeSearch::kMalformed) print_text("No closing quotation for attachment\n");
+  return search == AttributeSearch::kFound;
 }
 
 bool HeaderParameterValue(std::string_view line, std::string_view parameter, AttributeText& output) {

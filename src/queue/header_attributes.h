@@ -10,6 +10,15 @@ namespace pv {
 
 using AttributeText = BoundedText<1024>;
 
+enum class AttributeSearch {
+  kFound,
+  kAbsent,
+  kMalformed,  // a quote is not closed or the value has more than 1022 bytes
+};
+
+// What AttributeValue() does, without printing.
+AttributeSearch find_attribute(std::string_view line, std::string_view attribute, AttributeText& output);
+
 // The value of `attribute` (the name alone) in a line: what follows the first "attribute=" (in any case), up to the
 // closing quote, or unquoted up to ";", blank, tab or line end. "name" is found in "filename=" as well. False, and an
 // empty output, when it does not occur. False also when a quote is not closed or the value has more than 1022 bytes,

@@ -51,10 +51,13 @@ void Descriptor::reset() {
   if (is_open()) ::close(release());
 }
 
-Descriptor open_regular_file(const std::string& path) {
+Descriptor open_regular_file(const std::string& path, std::uint64_t* size) {
   if (fails_for_test(FileOperation::kOpen)) return {};
   Descriptor file(::open(path.c_str(), O_RDONLY | kSafely));
-  if (file.is_open() && kind_of(file) != S_IFREG) return refused();
+  if (!file.is_open()) return file;
+  struct stat status;
+  if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return refused();
+  if (size != nullptr) *size = static_cast<std::uint64_t>(status.st_size);
   return file;
 }
 

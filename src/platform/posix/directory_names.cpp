@@ -51,8 +51,10 @@ std::optional<DirectoryEntry> DirectoryNames::describe() const {
 }
 
 std::optional<DirectoryEntry> entry_at(std::string_view path) {
-  const auto found = existing_path(path);
   struct stat status;
+  const std::string as_spelt = system_form(path);
+  if (::stat(as_spelt.c_str(), &status) == 0) return described(last_component(as_spelt), status);
+  const auto found = path_in_another_case(as_spelt);
   if (!found || ::stat(found->c_str(), &status) != 0) return std::nullopt;
   return described(last_component(*found), status);
 }

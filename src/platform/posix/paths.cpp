@@ -9,6 +9,8 @@
 #include "platform/ascii_case.h"
 #include "platform/directory_names.h"
 #include "platform/path_parts.h"
+#include "platform/posix/absent_names.h"
+#include "platform/posix/file_status.h"
 
 namespace pv::platform {
 namespace {
@@ -18,19 +20,28 @@ bool exists(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0;
 }
 
-// The name under which `directory` (empty: the current one) holds `name`, or empty. Of several that differ only in case
-// the exact one, else the first in byte order, so that the answer does not depend on the file system.
-std::string stored_name(const std::string& directory, const std::string& name) {
-  if (exists(directory + name)) return name;
+// Where `path` begins with this directory (empty: the current one).
+FileIdentity identity_of_directory(const std::string& directory) {
+  struct stat status;
+  return ::stat(directory.empty() ? "." : directory.c_str(), &status) == 0 ? identity_of(status) : FileIdentity();
+}
+
+// The name under which `directory` (empty: the current one) holds `name`, or empty. The directory was `asked` for, and
+// did not hold it as spelt, in this letter case. Of several that differ only in case the exact one, else the first in
+// byte order, so that the answer does not depend on the file system.
+std::string stored_name(std::string_view asked, const std::string& directory, const std::string& name) {
+  if (asked != directory && exists(directory + name)) return name;
   // The first of all spellings in byte order, and a common one: it spares reading a directory of very many files.
   std::string upper = name;
   std::transform(upper.begin(), upper.end(), upper.begin(), ascii_upper);
-  if (exists(directory + upper)) return upper;
+  if (upper != name && exists(directory + upper)) return upper;
+  const FileIdentity before = identity_of_directory(directory);
   DirectoryNames names(directory);
   std::string best;
   while (const char* entry = names.next()) {
     if (equal_nocase(entry, name) && (best.empty() || entry < best)) best = entry;
   }
+  if (best.empty()) note_absent(directory + name, before);
   return best;
 }
 
@@ -44,7 +55,8 @@ std::optional<std::string> look_up(const std::string& path) {
 
   const auto directory = name_begin == 0 ? std::optional<std::string>("") : look_up(path.substr(0, name_begin));
   if (!directory) return std::nullopt;
-  const std::string name = stored_name(*directory, path.substr(name_begin, name_end - name_begin));
+  const std::string_view asked = std::string_view(path).substr(0, name_begin);
+  const std::string name = stored_name(asked, *directory, path.substr(name_begin, name_end - name_begin));
   std::string found = *directory + name + path.substr(name_end);
   if (name.empty() || !exists(found)) return std::nullopt;
   return found;
@@ -72,8 +84,19 @@ std::string path_in_existing_directory(std::string_view path) {
   return in_existing_directory(system_form(path));
 }
 
+bool known_to_name_nothing(const std::string& form) {
+  const std::optional<FileIdentity> directory = directory_without(form);
+  return directory && identity_of_directory(form.substr(0, form.find_last_of('/') + 1)) == *directory;
+}
+
 std::optional<std::string> existing_path(std::string_view path) {
-  auto found = look_up(system_form(path));
+  const std::string form = system_form(path);
+  if (exists(form)) return form;
+  return path_in_another_case(form);
+}
+
+std::optional<std::string> path_in_another_case(const std::string& form) {
+  auto found = look_up(form);
   if (!found) errno = ENOENT;
   return found;
 }

@@ -5,37 +5,12 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <ctime>
 
 #include "platform/descriptor.h"
+#include "platform/posix/file_status.h"
 
 namespace pv::platform {
 namespace {
-
-// File times move in ticks of the kernel's clock, 10 ms at most; the rest is margin for disks with a coarser one.
-constexpr std::int64_t kSettledAfter_ns = 100'000'000;
-
-std::int64_t nanoseconds(const timespec& time) {
-  return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
-}
-
-SettingsIdentity identity_of(const struct stat& status) {
-  return {true,
-          status.st_dev,
-          status.st_ino,
-          static_cast<std::uint64_t>(status.st_size),
-          nanoseconds(status.st_mtim),
-          nanoseconds(status.st_ctim)};
-}
-
-// A time of change in the future counts by its distance too: the clock was set back, and the next change gets a time
-// that is not this one.
-bool is_settled(std::int64_t changed_ns) {
-  timespec now{};
-  ::clock_gettime(CLOCK_REALTIME, &now);
-  return std::llabs(nanoseconds(now) - changed_ns) > kSettledAfter_ns;
-}
 
 SettingsRead outcome_of_failed_open() {
   if (errno == EMFILE || errno == ENFILE || errno == ENOMEM) return SettingsRead::kNotNow;
@@ -61,7 +36,7 @@ bool read_all(const Descriptor& file, std::size_t expected_size, std::string& by
 
 void note_status(const struct stat& status, SettingsBytes& file) {
   file.identity = identity_of(status);
-  file.settled = is_settled(file.identity.changed);
+  file.settled = is_settled(file.identity);
 }
 
 SettingsRead read_open_file(const Descriptor& descriptor, SettingsBytes& file) {
@@ -78,9 +53,9 @@ SettingsRead read_open_file(const Descriptor& descriptor, SettingsBytes& file) {
 
 }  // namespace
 
-SettingsIdentity settings_identity(const char* path) {
+FileIdentity settings_identity(const char* path) {
   struct stat status;
-  return ::stat(path, &status) == 0 ? identity_of(status) : SettingsIdentity();
+  return ::stat(path, &status) == 0 ? identity_of(status) : FileIdentity();
 }
 
 SettingsBytes read_settings_bytes(const char* path) {

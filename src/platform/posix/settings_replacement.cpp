@@ -117,7 +117,7 @@ bool NewSettingsFile::write(std::string_view bytes) {
   return ::fsync(file.number()) == 0 && ::close(file.release()) == 0;
 }
 
-SettingsIdentity NewSettingsFile::identity() const {
+FileIdentity NewSettingsFile::identity() const {
   return settings_identity(state_->path.c_str());
 }
 

@@ -85,9 +85,10 @@ Descriptor duplicate(int number) {
 }
 
 // Devices have names in every directory ("NUL", "COM1"), and a pipe has a name too.
-Descriptor open_regular_file(const std::string& path) {
+Descriptor open_regular_file(const std::string& path, std::uint64_t* size) {
   Descriptor file = opened(path, GENERIC_READ, OPEN_EXISTING);
   if (file.is_open() && kind_of(file) != FILE_TYPE_DISK) return refused();
+  if (file.is_open() && size != nullptr) *size = file_size(file).value_or(0);
   return file;
 }
 

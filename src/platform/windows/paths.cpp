@@ -38,6 +38,14 @@ std::optional<std::string> existing_path(std::string_view path) {
   return form;
 }
 
+bool known_to_name_nothing(const std::string&) {
+  return false;
+}
+
+std::optional<std::string> path_in_another_case(const std::string&) {
+  return std::nullopt;
+}
+
 std::string creatable_path(std::string_view path) {
   return system_form(path);
 }

@@ -118,7 +118,7 @@ bool NewSettingsFile::write(std::string_view bytes) {
   return ::FlushFileBuffers(file.get()) && file.close();
 }
 
-SettingsIdentity NewSettingsFile::identity() const {
+FileIdentity NewSettingsFile::identity() const {
   return settings_identity(state_->path.c_str());
 }
 

@@ -3,9 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
+#include "platform/file.h"
+#include "platform/path_parts.h"
 #include "support/server_tree.h"
 
 namespace pv {
@@ -64,6 +68,26 @@ TEST(Paths, RelativeOnesAreSpeltAsStored) {
   EXPECT_EQ(existing_path("sub/FILE"), "Sub/File");
   EXPECT_EQ(existing_path("SUB"), "Sub");
   std::filesystem::current_path(before);
+}
+
+// That a name is absent is remembered until its directory changes.
+TEST(ExistingPath, FindsWhatAppearsAfterItWasFoundMissing) {
+  const TemporaryDirectory directory;
+  const std::string path = directory.path() + "/Table.TAB";
+  const auto opens = [&] { return platform::InputFile().open(path, platform::FileMode::kText); };
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!platform::known_to_name_nothing(path)) {  // which it is once the directory has been at rest for a moment
+    ASSERT_FALSE(opens());
+    ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+  }
+  EXPECT_FALSE(opens());
+  for (const char* name : {"/Table.TAB", "/TABLE.tab", "/tABLE.TAB"}) {
+    const std::string made = directory.path() + name;
+    std::ofstream(made) << "x";
+    EXPECT_TRUE(opens()) << name;
+    std::filesystem::remove(made);
+    EXPECT_FALSE(opens()) << name;
+  }
 }
 
 }  // namespace
