@@ -5,10 +5,10 @@
 #include <string>
 
 #include "filters/criteria_keywords.h"
+#include "filters/delimiters.h"
 #include "filters/evaluation.h"
 #include "filters/word_file.h"
 #include "ratios.h"
-#include "scan/delimiters.h"
 #include "workload.h"
 
 namespace pv::bench {

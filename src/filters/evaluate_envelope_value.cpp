@@ -1,4 +1,5 @@
 #include "common/agent_settings.h"
+#include "filters/compiled_filters.h"
 #include "filters/criteria_keywords.h"
 #include "filters/evaluation.h"
 #include "filters/list_criteria.h"
@@ -21,6 +22,13 @@ void test_words(const ListEntry& entry, const ListSubject& subject) {
 void EvaluateEnvelopeValue(SlotIndex slot, std::string_view delimiters, std::string_view text, const FilterSet& set,
                            MatchResults& results) {
   const ListSubject subject{text, delimiters};
+  const auto record = [&](const EntryMatches& found, FilterMatch& match) {
+    if (record_file_lines(found, slot, tag::kEnvelope, match)) return;
+    for (const std::string_view word : found.words) record_word({slot, found.entry, {}, match}, tag::kEnvelope, word);
+  };
+  const ListTexts texts{slot, ListEvaluator::kEnvelopeValue, {&text, 1}, delimiters};
+  if (for_each_match(texts, CriterionWords::Entries::kMatching, set, results, record)) return;
+
   for_each_entry(slot, kAddressValue, set, results, [&](const ListEntry& entry) {
     if (!word_file_answers(entry, subject, tag::kEnvelope, set, results)) test_words(entry, subject);
   });

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,8 @@ struct FilterDefinition {
   std::string script_text;
 };
 
+class CompiledFilters;  // filters/compiled_filters.h
+
 // What administrators define filters for.
 enum class Scope { kSystem, kPostoffice, kMailbox };
 
@@ -45,6 +48,9 @@ struct FilterSet {
   std::int32_t filter_count = 0;
   bool has_script_filters = false;
   PatternCache patterns;  // the word files of the criteria, when "Allow Pattern Caching" is on
+
+  // Made of the above when the set is loaded; without it the evaluators walk through the words one by one.
+  std::shared_ptr<const CompiledFilters> compiled;
 
   FilterDefinition& filter(FilterIndex index) { return filters[static_cast<std::size_t>(index - 1)]; }
   const FilterDefinition& filter(FilterIndex index) const { return filters[static_cast<std::size_t>(index - 1)]; }

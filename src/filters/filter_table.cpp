@@ -10,6 +10,7 @@
 #include "common/fields.h"
 #include "common/files.h"
 #include "common/output.h"
+#include "filters/compiled_filters.h"
 #include "filters/criteria_table.h"
 #include "filters/scope_paths.h"
 #include "filters/script_tokens.h"
@@ -79,6 +80,7 @@ void announce_release(std::int32_t filter_count) {
 void ResetFilterSet(FilterSet& set) {
   set.filter_count = 0;
   set.has_script_filters = false;
+  set.compiled.reset();
 }
 
 void LoadFilterSet(FilterSet& set) {
@@ -88,12 +90,14 @@ void LoadFilterSet(FilterSet& set) {
   if (table.open(filter_table_path(set, directories.configuration), platform::FileMode::kText)) {
     load_rows(table, directories.configuration, set);
   }
+  compile_filters(set);
   print("Loaded %d Filters\n", set.filter_count);
 }
 
 void ReleaseFilterSet(FilterSet& set) {
   announce_release(set.filter_count);
   set.filters = std::vector<FilterDefinition>();
+  set.compiled.reset();  // before the word files, which it uses
   set.patterns.clear();
 }
 

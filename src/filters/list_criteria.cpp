@@ -2,6 +2,7 @@
 
 #include "common/agent_settings.h"
 #include "common/fields.h"
+#include "filters/criterion_words.h"
 #include "filters/word_file.h"
 
 namespace pv {
@@ -33,6 +34,16 @@ bool word_file_answers(const ListEntry& entry, const ListSubject& subject, const
   const WordFileTest test{subject.text, subject.delimiters, entry.slot, entry.entry, tag};
   if (settings().allow_pattern_caching != 0) return MatchWordFileCached(test, set.patterns, path, entry.match);
   return MatchWordFile(test, path, entry.match);
+}
+
+bool record_file_lines(const EntryMatches& found, SlotIndex slot, const char* tag, FilterMatch& match) {
+  if (found.source == WordSource::kValue) return false;
+  const WordFileTest test{{}, {}, slot, found.entry, tag};
+  const bool cached = found.source == WordSource::kCachedFile;
+  for (const std::string_view line : found.words) {
+    record_line(test, line, cached ? WordFileSource::kCache : WordFileSource::kFile, match);
+  }
+  return true;
 }
 
 void record_word(const ListEntry& entry, std::string_view tag, std::string_view word) {

@@ -15,6 +15,8 @@
 
 namespace pv {
 
+struct EntryMatches;  // filters/criterion_words.h
+
 // One entry of a slot that is in use, and the record of the filter it belongs to.
 struct ListEntry {
   SlotIndex slot = 0;
@@ -50,6 +52,9 @@ class Words {
 // refers to none or the file cannot be had: then the value is a list of words.
 bool word_file_answers(const ListEntry& entry, const ListSubject& subject, const char* tag, const FilterSet& set,
                        const MatchResults& results);
+
+// Records the matching lines of a word file. False when the words are not from a word file.
+bool record_file_lines(const EntryMatches& found, SlotIndex slot, const char* tag, FilterMatch& match);
 
 // Counts a match of `word`, which becomes the slot's matched text.
 void record_word(const ListEntry& entry, std::string_view tag, std::string_view word);

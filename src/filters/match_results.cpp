@@ -17,12 +17,12 @@ void FilterMatch::set_matched_text(SlotIndex slot, std::string_view text) {
 }
 
 void FilterMatch::set_matched_text(SlotIndex slot, std::string_view tag, std::string_view value) {
-  BoundedText<kMatchedText> text;
+  std::string& text = detail(slot).text;
+  text.clear();
   for (const std::string_view part :
        {std::string_view("<"), tag, std::string_view(">"), value, std::string_view("</"), tag, std::string_view(">")}) {
-    append_bounded(text, part);
+    text.append(part.substr(0, kMatchedText - 1 - text.size()));
   }
-  set_matched_text(slot, text);
 }
 
 std::string_view FilterMatch::match_value(SlotIndex slot, int entry) const {
@@ -55,6 +55,7 @@ void AllocateMatchResults(const FilterSet& set, MatchResults& results) {
 void ReleaseMatchResults(MatchResults& results) {
   print("Releasing %d Results\n", results.filter_count);
   results.matches = std::vector<FilterMatch>();
+  results.scratch = ScratchHold();
   results.filter_count = 0;
 }
 

@@ -10,6 +10,7 @@
 
 #include "common/bounded_text.h"
 #include "filters/filter_set.h"
+#include "filters/scratch_hold.h"
 #include "queue/message_context.h"
 
 namespace pv {
@@ -44,6 +45,10 @@ struct MatchResults {
   std::int32_t filter_count = 0;
   std::vector<FilterMatch> matches;
   const MessageContext* message = nullptr;  // the message being filtered; set by the driver, borrowed
+  ScratchHold scratch;                      // of the evaluators
+  // Counts what the message waited for since it began: a block of its file, somebody's answer. Until it grows, whatever
+  // others do meanwhile may as well have been done before or after.
+  std::uint32_t moment = 0;
 
   FilterMatch& match(FilterIndex index) { return matches[static_cast<std::size_t>(index - 1)]; }
   const FilterMatch& match(FilterIndex index) const { return matches[static_cast<std::size_t>(index - 1)]; }

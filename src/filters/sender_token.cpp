@@ -10,8 +10,12 @@ constexpr std::string_view kToken = "[PV_SENDER]";
 
 }  // namespace
 
+bool holds_sender_token(std::string_view word) {
+  return word.find(kToken) != std::string_view::npos;
+}
+
 std::string_view SenderToken::put_into(std::string_view word, std::size_t capacity) {
-  if (word.find(kToken) == std::string_view::npos) return word;
+  if (!holds_sender_token(word)) return word;
   const bool whole = word_.assign(word) && replace_all(word_, kToken, sender(), capacity);
   return whole ? word_.view() : word;
 }

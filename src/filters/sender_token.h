@@ -11,6 +11,9 @@
 
 namespace pv {
 
+// Whether a word stands for another one in each message.
+bool holds_sender_token(std::string_view word);
+
 // Puts the sender into words, for one call of an evaluator. The address is taken from the envelope when the first word
 // asks for it.
 class SenderToken {

@@ -16,20 +16,28 @@ namespace {
 
 constexpr std::string_view kReference = "<REFERENCE>";
 
-bool record_if_matching(const WordFileTest& test, std::string_view line, bool case_sensitive, FilterMatch& match) {
-  if (!MatchPattern(test.text, line, test.delimiters, case_sensitive)) return false;
-  ++match.match_count[static_cast<std::size_t>(test.slot)];
-  match.set_matched_text(test.slot, test.tag, line);
-  match.set_match_value(test.slot, test.entry, "1");
-  return true;
-}
-
-std::string_view without_line_end(std::string_view line) {
-  const std::string_view text = until_nul(line);
-  return text.substr(0, text.find('\n'));
+bool matches(const WordFileTest& test, std::string_view line, bool case_sensitive) {
+  return MatchPattern(test.text, line, test.delimiters, case_sensitive);
 }
 
 }  // namespace
+
+void record_line(const WordFileTest& test, std::string_view line, WordFileSource source, FilterMatch& match) {
+  ++match.match_count[static_cast<std::size_t>(test.slot)];
+  match.set_matched_text(test.slot, test.tag, line);
+  match.set_match_value(test.slot, test.entry, "1");
+  const std::string_view shown = until_nul(line);
+  if (source == WordFileSource::kCache) {
+    print_parts({"Message Criteria (Tag=", test.tag, ") met against [", shown, "] in specified word file.\n"});
+  } else {
+    print_parts({"Message General Criteria met against [", shown, "] in specified word file.\n"});
+  }
+}
+
+std::string_view pattern_of_line(std::string_view line) {
+  const std::string_view text = until_nul(line);
+  return text.substr(0, text.find('\n'));
+}
 
 bool ResolveWordFile(const FilterSet& set, std::string_view configuration_directory, std::string_view value,
                      WordFilePath& path) {
@@ -50,8 +58,7 @@ bool MatchWordFileCached(const WordFileTest& test, const PatternCache& cache, st
   if (file == nullptr) return false;
   const bool case_sensitive = case_sensitive_criteria();
   for (const std::string& line : file->lines) {
-    if (!record_if_matching(test, line, case_sensitive, match)) continue;
-    print("Message Criteria (Tag=%s) met against [%s] in specified word file.\n", test.tag, line.c_str());
+    if (matches(test, line, case_sensitive)) record_line(test, line, WordFileSource::kCache, match);
   }
   return true;
 }
@@ -61,9 +68,8 @@ bool MatchWordFile(const WordFileTest& test, std::string_view path, FilterMatch&
   if (!file.open(path, platform::FileMode::kText)) return false;
   const bool case_sensitive = case_sensitive_criteria();
   while (const std::optional<std::string_view> bytes = file.read_line(kTableLine)) {
-    const std::string_view line = without_line_end(*bytes);
-    if (!record_if_matching(test, line, case_sensitive, match)) continue;
-    print("Message General Criteria met against [%s] in specified word file.\n", std::string(line).c_str());
+    const std::string_view line = pattern_of_line(*bytes);
+    if (matches(test, line, case_sensitive)) record_line(test, line, WordFileSource::kFile, match);
   }
   return true;
 }

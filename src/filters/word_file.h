@@ -30,6 +30,18 @@ struct WordFileTest {
   const char* tag = "";
 };
 
+// Where the lines of a word file were looked up.
+enum class WordFileSource {
+  kCache,  // as loaded with the set
+  kFile,   // as it is now
+};
+
+// Counts a match of `line`, which becomes the slot's matched text, and prints it.
+void record_line(const WordFileTest& test, std::string_view line, WordFileSource source, FilterMatch& match);
+
+// What a line of a word file says: up to its line end and its first NUL.
+std::string_view pattern_of_line(std::string_view line);
+
 // Against the file as it was loaded with the set; false when the set's cache does not hold it.
 bool MatchWordFileCached(const WordFileTest& test, const PatternCache& cache, std::string_view path,
                          FilterMatch& match);

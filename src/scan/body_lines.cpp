@@ -7,10 +7,10 @@
 #include "common/output.h"
 #include "common/text_search.h"
 #include "filters/criteria_keywords.h"
+#include "filters/delimiters.h"
 #include "filters/evaluation.h"
 #include "queue/header_attributes.h"
 #include "scan/body_links.h"
-#include "scan/delimiters.h"
 
 namespace pv {
 namespace {
@@ -31,7 +31,10 @@ struct AttachmentDelimiters {
 void evaluate_links(std::string_view line, BodyState& state, ScanContext& scan) {
   if (!looks_up_body_links()) return;
   BlacklistName list;
-  if (!find_listed_link(scan.message.message_id, state.link_look_ups, line, list)) return;
+  const std::uint32_t look_ups_before = state.link_look_ups;
+  const bool listed = find_listed_link(scan.message.message_id, state.link_look_ups, line, list);
+  scan.results.moment += state.link_look_ups - look_ups_before;
+  if (!listed) return;
   EvaluateTag(kUrlBl, tag::kLink, list, scan.set, scan.results);
 }
 

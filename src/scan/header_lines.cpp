@@ -10,9 +10,9 @@
 #include "common/output.h"
 #include "common/text_search.h"
 #include "filters/criteria_keywords.h"
+#include "filters/delimiters.h"
 #include "filters/evaluation.h"
 #include "queue/header_attributes.h"
-#include "scan/delimiters.h"
 
 namespace pv {
 namespace {

@@ -14,11 +14,14 @@ std::optional<MessageLine> MessageLines::next() {
     pushed_back_ = false;
     return current_;
   }
+  const std::uint32_t blocks_before = file_.blocks_read();
   const std::optional<std::string_view> bytes = file_.read_line(kScanLine);
+  moment_ += file_.blocks_read() - blocks_before;
   ended_ = !bytes;
   if (ended_) return std::nullopt;
-  current_ = MessageLine{*bytes, until_nul(*bytes)};
-  return current_;
+  const MessageLine line{*bytes, until_nul(*bytes)};
+  current_ = line;
+  return line;
 }
 
 }  // namespace pv

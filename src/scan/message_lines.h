@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -31,6 +32,9 @@ struct MessageLine {
 // line after it was read.
 class MessageLines {
  public:
+  // `moment` (borrowed) grows with every block that is read.
+  explicit MessageLines(std::uint32_t& moment) : moment_(moment) {}
+
   [[nodiscard]] bool open(std::string_view path);
 
   // The next line, valid until the next call. nullopt for good at the end of the file or when a read fails.
@@ -40,6 +44,7 @@ class MessageLines {
   void push_back() { pushed_back_ = true; }
 
  private:
+  std::uint32_t& moment_;
   platform::InputFile file_;
   std::optional<MessageLine> current_;
   bool pushed_back_ = false;

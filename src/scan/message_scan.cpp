@@ -35,7 +35,7 @@ bool ScanMessage(const MessageContext& message, const FilterSet& set, MatchResul
   evaluate_whole_message(path, message, set, results);
   print_text("Processing Message Content... \r\n");
 
-  MessageLines lines;
+  MessageLines lines(results.moment);
   if (!lines.open(path)) return false;
   ScanContext scan{message, set, results, std::nullopt};
   if (!scan_header_section(lines, scan)) return false;

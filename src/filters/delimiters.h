@@ -6,6 +6,9 @@ namespace pv {
 inline constexpr char kWordDelimiters[] = " \r'\"\n";
 inline constexpr char kAddressDelimiters[] = "' \r'\"\n<>;";
 
+// The fields of the envelope: the ends of a bracketed address and of a line.
+inline constexpr char kEnvelopeDelimiters[] = ":]\r\n";
+
 // Attachments announced in the header of a MIME part: whether there is one, and its name. A name may hold blanks.
 inline constexpr char kPartAttachmentDelimiters[] = " \r'\"\n;";
 inline constexpr char kPartAttachmentNameDelimiters[] = "\r'\"\n;";
