@@ -48,14 +48,14 @@ ExecutedActions run_mailbox_rules(const FilterDefinition& filter, Walk& walk) {
 
 ExecutedActions run_system_actions(FilterIndex index, const Decision& decision, Walk& walk) {
   const FilterDefinition& filter = walk.set.filter(index);
+  ActionTable table;
+  if (!table.open(action_table_path(walk.message.directories, walk.set, filter))) return {};
   FiredFilter fired{walk.message,
                     walk.set,
                     filter,
                     walk.set.postoffice.empty() ? Queue::kInbound : Queue::kOutgoing,
                     make_token_block(walk.message, decision.criterion_name, index, walk.results),
                     ExecutedActions()};
-  ActionTable table;
-  if (!table.open(action_table_path(walk.message.directories, walk.set, filter))) return fired.executed;
   ActionLine line;
   while (!fired.stop_processing && table.next(line)) {
     if (passes_over(line)) continue;
@@ -68,8 +68,8 @@ ExecutedActions run_system_actions(FilterIndex index, const Decision& decision, 
 
 void run_fired_filter(FilterIndex index, const Decision& decision, Walk& walk, ReportLine& report_line) {
   const FilterDefinition& filter = walk.set.filter(index);
-  print("All for rule (%s) satisfied. Executing associated action (%s).\n", filter.name.c_str(),
-        filter.definition_name.c_str());
+  print_parts(
+      {"All for rule (", filter.name, ") satisfied. Executing associated action (", filter.definition_name, ").\n"});
   const ExecutedActions executed =
       walk.set.scope() == Scope::kMailbox ? run_mailbox_rules(filter, walk) : run_system_actions(index, decision, walk);
   if (executed.empty()) return;

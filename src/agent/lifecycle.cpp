@@ -11,6 +11,7 @@
 #include "common/registry_access.h"
 #include "common/report_log.h"
 #include "platform/environment.h"
+#include "platform/file.h"
 #include "platform/settings_store.h"
 #include "providers/bayesian_training.h"
 #include "providers/dns_library.h"
@@ -75,6 +76,7 @@ void detach() noexcept {
       forget_dns_library();
     }
     platform::forget_settings();
+    platform::release_read_buffers();
   } catch (...) {
     report_caught_exception("detach", "agent/lifecycle.cpp", __LINE__);
   }

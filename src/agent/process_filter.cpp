@@ -8,6 +8,7 @@
 #include "common/output.h"
 #include "common/report_log.h"
 #include "filters/criteria_keywords.h"
+#include "filters/delimiters.h"
 #include "filters/evaluation.h"
 #include "platform/com.h"
 #include "queue/envelope_file.h"
@@ -15,9 +16,6 @@
 
 namespace pv {
 namespace {
-
-// What separates the words of envelope fields: the ends of a bracketed address and of a line.
-constexpr char kEnvelopeDelimiters[] = ":]\r\n";
 
 // COM on this thread for the length of a message whose filters need the script host.
 class ComForScripts {
@@ -64,13 +62,17 @@ void evaluate_envelope(const MessageContext& message, const FilterSet& set, Matc
 FilterOutcome ProcessFilter(std::string_view connector, std::string_view message_id, ReportLine& report_line) {
   MessageContext message;
   // The snapshot stays valid to the end of this message though a reload replaces the set meanwhile.
-  const std::shared_ptr<const FilterSet> filters = system_filters_for_message();
-  if (filters == nullptr || filters->filter_count < 1) return FilterOutcome::kNothing;
-
-  message.directories = reread_directories();
+  std::shared_ptr<const FilterSet> filters;
+  {
+    platform::SameSettings settings_at_start;
+    filters = system_filters_for_message(settings_at_start);
+    if (filters == nullptr || filters->filter_count < 1) return FilterOutcome::kNothing;
+    message.directories = reread_directories();
+  }
   if (!name_message(message, connector, message_id)) return FilterOutcome::kNothing;
   read_inbound_envelope(message);
 
+  const PrintedTogether output;
   MatchResults results;
   AllocateMatchResults(*filters, results);
   results.message = &message;

@@ -42,6 +42,10 @@ class ClosedGate {
   ClosedGate& operator=(const ClosedGate&) = delete;
 };
 
+bool asks_for_reload() {
+  return reg_read_dword_or(kAgentKey, "Reload", 0) == 1;
+}
+
 void reload_filters() {
   report_write("Reloading filters due to change.\n");
   const ClosedGate gate;
@@ -67,9 +71,17 @@ void load_system_filters_once() {
   filters_loaded_once = true;
 }
 
-std::shared_ptr<const FilterSet> system_filters_for_message() {
-  const std::lock_guard lock(reload_mutex());
-  if (reg_read_dword_or(kAgentKey, "Reload", 0) == 1) reload_filters();
+std::shared_ptr<const FilterSet> system_filters_for_message(platform::SameSettings& state) {
+  // Asked before the mutex is taken, so that the threads do not wait for one another's look at the settings.
+  const bool reload_asked = asks_for_reload();
+  std::unique_lock lock(reload_mutex(), std::try_to_lock);
+  if (lock.owns_lock() && !reload_asked) return current_filters();
+  if (!lock.owns_lock()) lock.lock();
+  state.renew();  // by now another thread may have reloaded them
+  if (asks_for_reload()) {
+    reload_filters();
+    state.renew();
+  }
   return current_filters();
 }
 

@@ -5,6 +5,7 @@
 
 #include "common/caught_exception.h"
 #include "common/never_destroyed.h"
+#include "common/output.h"
 #include "common/registry_access.h"
 #include "common/report_log.h"
 #include "platform/library.h"
@@ -65,6 +66,7 @@ std::int32_t dns_has_blacklist_entry(const char* host, const char* address, char
   if (!dns_library()) return 0;
   auto* const entry = dns_library()->find<decltype(HasORBDBEntry)>("HasORBDBEntry");
   if (entry == nullptr) return 0;
+  hand_over_output();
   try {
     return entry(host, address, scratch, list_name);
   } catch (...) {

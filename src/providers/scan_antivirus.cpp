@@ -2,6 +2,7 @@
 #include <optional>
 #include <string>
 
+#include "common/output.h"
 #include "filters/list_criteria.h"
 #include "providers/counters.h"
 #include "providers/scanner_criteria.h"
@@ -18,6 +19,7 @@ std::int32_t ask_antivirus(const AntivirusProvider& provider, const MessageConte
   // Published before the call, which may take long: the number then includes the message under scan.
   counters.antivirus_total_scans.increment();
   counters.antivirus_total_scans.publish();
+  hand_over_output();
   return provider.execute("MTAFILTER", message.message_id.c_str(), message.connector.c_str(), text.buffer());
 }
 

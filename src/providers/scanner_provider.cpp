@@ -78,6 +78,7 @@ void release_provider(ScannerProvider& provider) {
 
 std::int32_t ask_provider(ProviderEntry* entry, std::string_view request, std::int32_t reply_length,
                           ProviderReply& reply) {
+  hand_over_output();
   return entry(request.data(), static_cast<std::int32_t>(request.size()), reply.buffer(), &reply_length);
 }
 
