@@ -98,6 +98,10 @@ int main(int argc, char** argv) {
                     caching != nullptr ? 1 : 0);
   setenv("PVMTAFILTER_SETTINGS", server.path("settings.reg").c_str(), 1);
 
+  // A server's settings have not been written a moment ago. These have, and would be read again for each message until
+  // their time of change tells later edits apart.
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+
   double start = cpu_seconds();
   const std::optional<pv::platform::Library> agent = pv::platform::Library::load(argv[1]);
   const FilterExecuteEntry filter_execute = agent ? agent->find<decltype(FilterExecute)>("FilterExecute") : nullptr;
