@@ -31,13 +31,18 @@ std::string_view TokenAutomaton::folded_word(std::uint32_t word) const {
   return std::string_view(folded_).substr(word_at_[word], word_at_[word + 1] - word_at_[word]);
 }
 
+std::size_t TokenAutomaton::token_end(std::string_view word, std::size_t start) const {
+  while (start < word.size() && !ends_token_[static_cast<unsigned char>(word[start])]) ++start;
+  return start;
+}
+
 template <typename Visit>
 void TokenAutomaton::for_each_token(std::uint32_t number, Visit visit) const {
   const std::string_view word = folded_word(number);
   const bool bytes = tokens_ == Tokens::kSingleBytes;
   std::size_t start = 0;
   while (start < word.size() || !bytes) {
-    const std::size_t end = bytes ? start + 1 : std::min(word.find_first_of(delimiters_, start), word.size());
+    const std::size_t end = bytes ? start + 1 : token_end(word, start);
     const char delimiter = bytes || start == 0 ? '\0' : word[start - 1];
     const std::string_view text = word.substr(start, end - start);
     visit(Token{text, hash_token(text.data(), text.size()), delimiter});
@@ -59,7 +64,7 @@ void TokenAutomaton::reserve(std::span<const std::string_view> words) {
 
   std::size_t tokens = words.size() + 1;
   for (std::size_t i = kRoom; i + kRoom < folded_.size(); ++i) {
-    if (tokens_ == Tokens::kSingleBytes || delimiters_.find(folded_[i]) != std::string::npos) ++tokens;
+    if (tokens_ == Tokens::kSingleBytes || ends_token_[static_cast<unsigned char>(folded_[i])]) ++tokens;
   }
   nodes_.reserve(tokens);
   nodes_.emplace_back();
@@ -155,7 +160,8 @@ void TokenAutomaton::link(std::uint32_t number) {
 
 TokenAutomaton::TokenAutomaton(std::span<const std::string_view> words, std::span<const std::uint32_t> numbers,
                                std::string_view delimiters, Tokens tokens)
-    : delimiters_(delimiters), tokens_(tokens), numbers_(numbers.begin(), numbers.end()) {
+    : tokens_(tokens), numbers_(numbers.begin(), numbers.end()) {
+  for (const char delimiter : delimiters) ends_token_[static_cast<unsigned char>(delimiter)] = true;
   reserve(words);
   for (std::size_t i = words.size(); i-- > 0;) add_word(static_cast<std::uint32_t>(i));
   const auto is_first = [](const Node& node) { return node.parent == kRoot; };

@@ -6,6 +6,7 @@
 // each token of the text is looked at once, however many words there are and however much they have in common.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -68,6 +69,7 @@ class TokenAutomaton {
   std::string_view folded_word(std::uint32_t word) const;
   template <typename Visit>
   void for_each_token(std::uint32_t word, Visit visit) const;
+  std::size_t token_end(std::string_view word, std::size_t start) const;
   void reserve(std::span<const std::string_view> words);
   void add_word(std::uint32_t word);
   std::uint32_t add_child(std::uint32_t parent, const Token& token);
@@ -84,7 +86,7 @@ class TokenAutomaton {
   bool report(const Node& node, std::size_t end, Sightings& found) const;
   std::uint32_t enter(std::uint32_t node, std::size_t end, Sightings& found) const;
 
-  std::string delimiters_;
+  std::array<bool, 256> ends_token_{};  // by byte: the delimiters
   Tokens tokens_;
   std::string folded_;  // the words one after the other, with room before and behind them
   std::vector<std::uint32_t> word_at_;
