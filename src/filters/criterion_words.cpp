@@ -202,7 +202,7 @@ std::span<const EntryMatches> CriterionWords::find(std::span<const std::string_v
 }
 
 std::size_t CriterionWords::memory() const {
-  std::size_t sum = words_.capacity() * sizeof words_[0] + (places_at_.capacity() + places_.capacity()) * 4;
+  std::size_t sum = words_.capacity() * sizeof(std::string_view) + (places_at_.capacity() + places_.capacity()) * 4;
   for (const FileInUse& file : files_) {
     if (file.copy) sum += file.copy->bytes.capacity() + file.copy->lines.capacity() * sizeof(std::string_view);
   }

@@ -199,6 +199,7 @@ std::vector<std::uint32_t> SegmentFinder::numbers_of(std::size_t shortest, std::
 void SegmentFinder::add_table(std::size_t shortest, std::size_t longest) {
   const std::vector<std::uint32_t> numbers = numbers_of(shortest, longest);
   std::vector<std::string_view> pieces;
+  pieces.reserve(numbers.size());
   for (const std::uint32_t number : numbers) pieces.push_back(pieces_[number]);
   if (!pieces.empty()) tables_.emplace_back(pieces, numbers);
 }
@@ -247,7 +248,8 @@ void SegmentFinder::find(const FoldedText& text, Sightings& found) const {
 std::size_t SegmentFinder::memory() const {
   std::size_t sum = automaton_ ? automaton_->memory() : 0;
   for (const WindowTable& table : tables_) sum += table.memory();
-  for (const std::string& piece : pieces_) sum += sizeof piece + (piece.capacity() > 15 ? piece.capacity() + 1 : 0);
+  for (const std::string& piece : pieces_)
+    sum += sizeof(std::string) + (piece.capacity() > 15 ? piece.capacity() + 1 : 0);
   return sum;
 }
 

@@ -47,7 +47,7 @@ void WordMatcher::find(std::string_view text, bool case_sensitive, MatcherScratc
 }
 
 std::size_t WordMatcher::memory() const {
-  return words_.capacity() * sizeof words_[0] + (automaton_ ? automaton_->memory() : 0) +
+  return words_.capacity() * sizeof(std::string_view) + (automaton_ ? automaton_->memory() : 0) +
          (asterisks_ ? asterisks_->memory() : 0);
 }
 

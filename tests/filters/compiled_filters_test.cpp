@@ -181,6 +181,7 @@ TEST_F(CompiledWalks, WalkAsThePlainOnesOverGeneratedTexts) {
       add_everywhere(data, static_cast<int>(generator.below(4)) + 1);
     }
     std::vector<std::string> texts;
+    texts.reserve(20);
     for (int i = 0; i < 20; ++i) texts.push_back(generator.text(generator.below(i == 0 ? 500 : 25)));
     texts.front().resize(std::min<std::size_t>(texts.front().size(), 2047));
     expect_same(texts, "seed " + std::to_string(seed));
@@ -248,6 +249,7 @@ TEST_F(CompiledWalksConcurrent, MessagesFollowEditsOfAWordFile) {
   std::atomic<bool> done{false};
   std::atomic<int> wrong{0};
   std::vector<std::thread> threads;
+  threads.reserve(3);
   for (int t = 0; t < 3; ++t) {
     threads.emplace_back([&] {
       while (!done) wrong += matched("free") > 1 || matched("free both") > 2 || matched("other") != 0 ? 1 : 0;

@@ -22,7 +22,8 @@ TEST(ReusePool, GivesAThreadBackWhatItUsedLast) {
   const Held* const expected = first.get();
   pool.give_back(std::move(first));
   pool.give_back(std::move(last));
-  EXPECT_EQ(pool.take().get(), expected);
+  const std::unique_ptr<Held> taken = pool.take();
+  EXPECT_EQ(taken.get(), expected);
   EXPECT_NE(pool.take(), nullptr);
   EXPECT_EQ(pool.take(), nullptr);
 }
@@ -31,6 +32,7 @@ TEST(ReusePoolConcurrent, NothingIsHeldByTwo) {
   platform::ReusePool<Held> pool;
   std::atomic<int> shared{0};
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&] {
       for (int i = 0; i < 2000; ++i) {
