@@ -23,11 +23,11 @@
 
 namespace pv {
 
-// A few short pieces, of 3 to 6 bytes, found by three adjacent bytes each, 16 places at a time.
+// A few short pieces, of 3 or 4 bytes, found by three adjacent bytes each, 16 places at a time.
 class ShortPieces {
  public:
   static constexpr std::size_t kMost = 12;
-  static constexpr std::size_t kShortest = 3, kLongest = 6;  // bytes
+  static constexpr std::size_t kShortest = 3;  // bytes
   void add(std::string_view piece, std::uint32_t number);
   void find(const FoldedText& text, Sightings& found) const;
   std::size_t count() const { return count_; }

@@ -15,7 +15,8 @@ std::string system_form(std::string_view path);
 // its directory has changed since it was last searched.
 bool known_to_name_nothing(const std::string& form);
 
-// What existing_path() returns for a path in the system's form that does not exist as spelt.
+// What existing_path() returns, for a path in the system's form; on Windows nullopt, as no other spelling names it. For
+// a path that could not be opened as spelt.
 std::optional<std::string> path_in_another_case(const std::string& form);
 
 // The last component; empty when the path ends in a separator. Either separator counts.

@@ -90,9 +90,7 @@ bool known_to_name_nothing(const std::string& form) {
 }
 
 std::optional<std::string> existing_path(std::string_view path) {
-  const std::string form = system_form(path);
-  if (exists(form)) return form;
-  return path_in_another_case(form);
+  return path_in_another_case(system_form(path));
 }
 
 std::optional<std::string> path_in_another_case(const std::string& form) {
